@@ -1,0 +1,39 @@
+// Captures what the library prints on the standard output while in scope.
+#ifndef ZELMO_TESTS_SUPPORT_STDOUT_CAPTURE_H_
+#define ZELMO_TESTS_SUPPORT_STDOUT_CAPTURE_H_
+
+#include <cstdio>
+#include <iostream>
+#include <string>
+
+#include <gtest/gtest.h>
+
+namespace zelmo {
+namespace test {
+
+// Starts capturing at construction; Take() ends the capture and returns the
+// text. Only one capture may be active at a time.
+class StdoutCapture {
+ public:
+  StdoutCapture() { testing::internal::CaptureStdout(); }
+  ~StdoutCapture() {
+    if (active_) Take();
+  }
+  StdoutCapture(const StdoutCapture&) = delete;
+  StdoutCapture& operator=(const StdoutCapture&) = delete;
+
+  std::string Take() {
+    std::cout.flush();
+    std::fflush(stdout);
+    active_ = false;
+    return testing::internal::GetCapturedStdout();
+  }
+
+ private:
+  bool active_ = true;
+};
+
+}  // namespace test
+}  // namespace zelmo
+
+#endif  // ZELMO_TESTS_SUPPORT_STDOUT_CAPTURE_H_
