@@ -4,5 +4,6 @@
 #define ZELMO_ZELMO_H_
 
 #include "zelmo/export.h"
+#include "zelmo/feature/records.h"
 
 #endif  // ZELMO_ZELMO_H_

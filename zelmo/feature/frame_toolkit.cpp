@@ -73,11 +73,8 @@ cv::Mat symmetryFrame(const float* const pd) {
 }
 
 // rt = T^-1 D T for D = diag(dx, dy, dz, 1).
-void conjugateDiagonal(const cv::Mat& T,
-                       double dx,
-                       double dy,
-                       double dz,
-                       double* const rt) {
+void conjugateDiagonal(
+    const cv::Mat& T, double dx, double dy, double dz, double* const rt) {
   const cv::Mat D = (cv::Mat_<double>(4, 4) << dx, 0, 0, 0, 0, dy, 0, 0, 0, 0,
                      dz, 0, 0, 0, 0, 1);
   const cv::Mat M = T.inv() * D * T;
@@ -177,8 +174,8 @@ int convertMatrixRT(const double* const in, double* const out) {
   for (int r = 0; r < 3; ++r)
     for (int c = 0; c < 3; ++c) m[r * 4 + c] = in[c * 4 + r];
   for (int r = 0; r < 3; ++r)
-    m[r * 4 + 3] = -(m[r * 4 + 0] * in[3] + m[r * 4 + 1] * in[7] +
-                     m[r * 4 + 2] * in[11]);
+    m[r * 4 + 3] =
+        -(m[r * 4 + 0] * in[3] + m[r * 4 + 1] * in[7] + m[r * 4 + 2] * in[11]);
   m[12] = m[13] = m[14] = 0.0;
   m[15] = 1.0;
   for (int k = 0; k < 16; ++k) out[k] = m[k];
@@ -233,9 +230,9 @@ void projection2Plane_tranformed(const std::vector<cv::Point3f>& points,
   out.resize(projected.size());
   for (size_t k = 0; k < projected.size(); ++k) {
     const double x = projected[k].x, y = projected[k].y, z = projected[k].z;
-    out[k] = cv::Point2f(
-        static_cast<float>(T[0] * x + T[1] * y + T[2] * z + T[3]),
-        static_cast<float>(T[4] * x + T[5] * y + T[6] * z + T[7]));
+    out[k] =
+        cv::Point2f(static_cast<float>(T[0] * x + T[1] * y + T[2] * z + T[3]),
+                    static_cast<float>(T[4] * x + T[5] * y + T[6] * z + T[7]));
   }
   if (transform != nullptr)
     for (int k = 0; k < 16; ++k) transform[k] = T[k];

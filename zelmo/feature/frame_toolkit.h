@@ -17,9 +17,8 @@
 #ifndef ZELMO_FEATURE_FRAME_TOOLKIT_H_
 #define ZELMO_FEATURE_FRAME_TOOLKIT_H_
 
-#include <vector>
-
 #include <opencv2/core.hpp>
+#include <vector>
 
 namespace zelmo {
 namespace frame {
