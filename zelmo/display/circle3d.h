@@ -29,9 +29,9 @@ class ZELMO_API XCicle3D : public XCurve3D {
   // getDisplayData()
   // Writes `count` x, y, z float triples into `out` (room for 3 count
   // floats): the points at angles i 2 pi / count, i = 0 .. count - 1, from
-  // `majorDir` towards normal x majorDir, i.e. counter-clockwise seen
-  // against the normal. The list is open: the first point is not repeated.
-  // A count below 1 writes nothing. Returns 0.
+  // `majorDir` towards normal x majorDir, i.e. counter-clockwise about the
+  // normal (right-hand rule). The list is open: the first point is not
+  // repeated. A count below 1 writes nothing. Returns 0.
   int getDisplayData(const float* const center,
                      const float* const normal,
                      const float* const majorDir,

@@ -29,7 +29,7 @@ class ZELMO_API XRectangle3D : public XCurve3D {
   // Writes the 4 corners as x, y, z float triples into `out`: in local
   // coordinates (x along `majorDir`, y along normal x majorDir), a =
   // halfLength, b = halfWidth, (a, b), (-a, b), (-a, -b), (a, -b), which
-  // run counter-clockwise seen against the normal. Returns 0.
+  // run counter-clockwise about the normal (right-hand rule). Returns 0.
   int getDisplayData(const float* const center,
                      const float* const normal,
                      const float* const majorDir,
