@@ -6,4 +6,13 @@
 #include "zelmo/export.h"
 #include "zelmo/feature/records.h"
 
+#include "zelmo/display/circle3d.h"
+#include "zelmo/display/cone.h"
+#include "zelmo/display/curve3d.h"
+#include "zelmo/display/cylinder.h"
+#include "zelmo/display/geometry3d.h"
+#include "zelmo/display/oval_groove3d.h"
+#include "zelmo/display/rectangle3d.h"
+#include "zelmo/display/round_groove3d.h"
+
 #endif  // ZELMO_ZELMO_H_

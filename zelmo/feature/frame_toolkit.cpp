@@ -18,19 +18,6 @@ int largestAbsIndex(const cv::Vec3d& v) {
   return i;
 }
 
-// A vector orthogonal to `v`, built on its largest component: for i = 0 it
-// is (-(v1 + v2) / v0, 1, 1), and likewise for the other indices.
-cv::Vec3d auxiliaryOrthogonal(const cv::Vec3d& v) {
-  switch (largestAbsIndex(v)) {
-    case 0:
-      return cv::Vec3d(-(v[1] + v[2]) / v[0], 1.0, 1.0);
-    case 1:
-      return cv::Vec3d(1.0, -(v[0] + v[2]) / v[1], 1.0);
-    default:
-      return cv::Vec3d(1.0, 1.0, -(v[0] + v[1]) / v[2]);
-  }
-}
-
 // `v` made unit; a zero vector stays zero.
 cv::Vec3d unitOrZero(const cv::Vec3d& v) {
   const double n = cv::norm(v);
@@ -82,6 +69,33 @@ void conjugateDiagonal(
 }
 
 }  // namespace
+
+cv::Vec3d auxiliaryOrthogonal(const cv::Vec3d& v) {
+  switch (largestAbsIndex(v)) {
+    case 0:
+      return cv::Vec3d(-(v[1] + v[2]) / v[0], 1.0, 1.0);
+    case 1:
+      return cv::Vec3d(1.0, -(v[0] + v[2]) / v[1], 1.0);
+    default:
+      return cv::Vec3d(1.0, 1.0, -(v[0] + v[1]) / v[2]);
+  }
+}
+
+cv::Vec3d perpendicularDirection(const cv::Vec3d& n) {
+  cv::Vec3d v;
+  switch (largestAbsIndex(n)) {
+    case 0:
+      v = cv::Vec3d(-n[1] / n[0], 1.0, 0.0);
+      break;
+    case 1:
+      v = cv::Vec3d(1.0, -n[0] / n[1], 0.0);
+      break;
+    default:
+      v = cv::Vec3d(1.0, 0.0, -n[0] / n[2]);
+      break;
+  }
+  return unitOrZero(v);
+}
 
 int Intersection3Planes(const cv::Vec3d* normals,
                         const cv::Point3d* points,
