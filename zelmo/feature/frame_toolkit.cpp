@@ -9,19 +9,10 @@ namespace {
 
 constexpr double kPi = 3.14159265358979323846;
 
-// Index of the largest |v[k]|, by strict comparison in order: the lowest
-// index wins a tie.
-int largestAbsIndex(const cv::Vec3d& v) {
-  int i = 0;
-  if (std::fabs(v[1]) > std::fabs(v[i])) i = 1;
-  if (std::fabs(v[2]) > std::fabs(v[i])) i = 2;
-  return i;
-}
-
 // `v` made unit; a zero vector stays zero.
 cv::Vec3d unitOrZero(const cv::Vec3d& v) {
   const double n = cv::norm(v);
-  return n == 0.0 ? cv::Vec3d(0, 0, 0) : v * (1.0 / n);
+  return n == 0.0 ? cv::Vec3d(0, 0, 0) : v / n;
 }
 
 // The Rodrigues matrix of unit axis u, cosine c and sine s.
@@ -70,6 +61,13 @@ void conjugateDiagonal(
 
 }  // namespace
 
+int largestAbsIndex(const cv::Vec3d& v) {
+  int i = 0;
+  if (std::fabs(v[1]) > std::fabs(v[i])) i = 1;
+  if (std::fabs(v[2]) > std::fabs(v[i])) i = 2;
+  return i;
+}
+
 cv::Vec3d auxiliaryOrthogonal(const cv::Vec3d& v) {
   switch (largestAbsIndex(v)) {
     case 0:
@@ -94,7 +92,9 @@ cv::Vec3d perpendicularDirection(const cv::Vec3d& n) {
       v = cv::Vec3d(1.0, 0.0, -n[0] / n[2]);
       break;
   }
-  return unitOrZero(v);
+  // Multiplied by the reciprocal norm, not divided: the rule's own rounding.
+  const double norm = cv::norm(v);
+  return v * (norm == 0.0 ? 0.0 : 1.0 / norm);
 }
 
 int Intersection3Planes(const cv::Vec3d* normals,
@@ -125,7 +125,7 @@ void getMatRByVector(const cv::Vec3d& from, const cv::Vec3d& to, cv::Mat& R) {
   }
   const double cosine = from.dot(to) / (cv::norm(from) * cv::norm(to));
   const double sine = std::sqrt(1.0 - cosine * cosine);
-  const cv::Vec3d u = c * (1.0 / cv::norm(c));
+  const cv::Vec3d u = c / cv::norm(c);
   R = rodrigues(u, cosine, sine);
 }
 

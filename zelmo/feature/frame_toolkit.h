@@ -52,6 +52,11 @@ int Intersection3Planes(const cv::Vec3d* normals,
                         const cv::Point3d* points,
                         cv::Mat& out);
 
+// largestAbsIndex()
+// Index of the largest |v[k]|, testing k = 0, 1, 2 in order with a strict
+// greater-than, so that the lowest index wins a tie.
+int largestAbsIndex(const cv::Vec3d& v);
+
 // auxiliaryOrthogonal()
 // A direction orthogonal to `v`, not unit, built on its largest component
 // (lowest index on a tie): (-(v1 + v2) / v0, 1, 1) for index 0, and likewise

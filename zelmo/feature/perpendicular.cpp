@@ -2,39 +2,19 @@
 
 #include <cmath>
 
+#include "zelmo/feature/frame_toolkit.h"
+
 namespace zelmo {
 namespace detail {
 
 int largestAbsIndex(const float* const v) {
-  int i = 0;
-  if (std::fabs(v[1]) > std::fabs(v[i])) i = 1;
-  if (std::fabs(v[2]) > std::fabs(v[i])) i = 2;
-  return i;
+  return frame::largestAbsIndex(cv::Vec3d(v[0], v[1], v[2]));
 }
 
 void perpendicularUnit(const float* const n, float* const out) {
-  const double n0 = n[0], n1 = n[1], n2 = n[2];
-  double v[3];
-  switch (largestAbsIndex(n)) {
-    case 0:
-      v[0] = -n1 / n0;
-      v[1] = 1.0;
-      v[2] = 0.0;
-      break;
-    case 1:
-      v[0] = 1.0;
-      v[1] = -n0 / n1;
-      v[2] = 0.0;
-      break;
-    default:
-      v[0] = 1.0;
-      v[1] = 0.0;
-      v[2] = -n0 / n2;
-      break;
-  }
-  const double norm = std::sqrt(v[0] * v[0] + v[1] * v[1] + v[2] * v[2]);
-  const double scale = norm == 0.0 ? 0.0 : 1.0 / norm;
-  for (int k = 0; k < 3; ++k) out[k] = static_cast<float>(v[k] * scale);
+  const cv::Vec3d v =
+      frame::perpendicularDirection(cv::Vec3d(n[0], n[1], n[2]));
+  for (int k = 0; k < 3; ++k) out[k] = static_cast<float>(v[k]);
 }
 
 bool withinCoordTol(const float& a, const float& b) {

@@ -18,15 +18,12 @@ constexpr double kCoordTol = 0.01;
 constexpr double kAxisTol = 0.02;
 
 // largestAbsIndex()
-// Index of the largest |v[k]|, testing k = 0, 1, 2 in order with a strict
-// greater-than, so that the lowest index wins a tie.
+// frame::largestAbsIndex of a float triple.
 int largestAbsIndex(const float* const v);
 
 // perpendicularUnit()
-// A unit vector orthogonal to the normal `n`, written into `out`. With i from
-// largestAbsIndex(n): i = 0 gives (-n1 / n0, 1, 0), i = 1 gives
-// (1, -n0 / n1, 0), i = 2 gives (1, 0, -n0 / n2); the vector is formed and
-// scaled in double by 1 / norm (0 for a zero norm) and then stored as floats.
+// frame::perpendicularDirection of the float normal `n`, formed in double
+// and stored as floats into `out`.
 // Being a function of `n` alone, it is reproducible: a circle and the plane
 // made from it get the same major direction.
 void perpendicularUnit(const float* const n, float* const out);
