@@ -219,7 +219,7 @@ void projection2Plane_tranformed(const std::vector<cv::Point3f>& points,
   projection2Plane(points, plane, projected);
   cv::Vec3d c(0, 0, 0);
   for (const cv::Point3f& q : projected) c += cv::Vec3d(q.x, q.y, q.z);
-  if (!projected.empty()) c *= 1.0 / static_cast<double>(projected.size());
+  if (!projected.empty()) c /= static_cast<double>(projected.size());
 
   cv::Vec3d u(0, 0, 0);
   for (const cv::Point3f& q : projected) {
