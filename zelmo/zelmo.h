@@ -4,5 +4,7 @@
 #define ZELMO_ZELMO_H_
 
 #include "zelmo/export.h"
+#include "zelmo/measure/geo_constructor.h"
+#include "zelmo/measure/geo_tolerance.h"
 
 #endif  // ZELMO_ZELMO_H_
