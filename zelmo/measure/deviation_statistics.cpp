@@ -65,6 +65,13 @@ std::vector<Point> copyInterleaved(const float* values, int count) {
 
 }  // namespace
 
+void planeCoefficients(const double* pointNormal, double* abcd) {
+  for (int k = 0; k < 3; ++k) abcd[k] = pointNormal[3 + k];
+  abcd[3] =
+      -(pointNormal[3] * pointNormal[0] + pointNormal[4] * pointNormal[1] +
+        pointNormal[5] * pointNormal[2]);
+}
+
 std::vector<cv::Point3f> copyPoints3(const float* xyz, int count) {
   return copyInterleaved<cv::Point3f, 3>(xyz, count);
 }

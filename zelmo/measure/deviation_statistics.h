@@ -23,6 +23,10 @@ constexpr double kNearAxisPoint = 0.01;
 constexpr double kEmptyBandLargest = -1e10;
 constexpr double kEmptyBandSmallest = 1e10;
 
+// Plane coefficients a, b, c, d of the plane through pointNormal[0..2]
+// with normal pointNormal[3..5]: (a, b, c) is the normal as given.
+void planeCoefficients(const double* pointNormal, double* abcd);
+
 // Interleaved x, y, z (or x, y) floats copied into a new vector of exactly
 // `count` points; nothing is read for a count of 0 or less.
 std::vector<cv::Point3f> copyPoints3(const float* xyz, int count);
@@ -90,6 +94,35 @@ bool reduceDeviations(const std::vector<double>& deviations,
                       bool useSigmaBand,
                       double sigmaFactor,
                       DeviationExtremes* out);
+
+// reduceStatistics()
+// Runs `statistics(stats, deviations)` (one of the routines above, bound to
+// its points and feature) on fresh outputs and reduces the result with
+// reduceDeviations. Returns false when there were too few points.
+template <typename Statistics>
+bool reduceStatistics(Statistics statistics,
+                      bool useSigmaBand,
+                      double sigmaFactor,
+                      DeviationExtremes* out) {
+  std::vector<double> deviations;
+  double stats[4] = {0, 0, 0, 0};
+  statistics(stats, deviations);
+  return reduceDeviations(deviations, stats, useSigmaBand, sigmaFactor, out);
+}
+
+// bandWidth()
+// The tolerance of reduceStatistics: largest minus smallest counted
+// deviation, or `tooFewPoints` when no statistics were made.
+template <typename Statistics>
+double bandWidth(Statistics statistics,
+                 bool useSigmaBand,
+                 double sigmaFactor,
+                 double tooFewPoints) {
+  DeviationExtremes e;
+  if (!reduceStatistics(statistics, useSigmaBand, sigmaFactor, &e))
+    return tooFewPoints;
+  return e.largest - e.smallest;
+}
 
 }  // namespace measure
 }  // namespace zelmo

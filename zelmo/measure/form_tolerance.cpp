@@ -3,48 +3,55 @@
 
 namespace xgeomeasure {
 
+using zelmo::measure::bandWidth;
 using zelmo::measure::copyPoints2;
 using zelmo::measure::copyPoints3;
 using zelmo::measure::kMinStatisticsPoints;
+using zelmo::measure::planeCoefficients;
 
 double XGeoTolrance::calcFlatness(const Points& points,
                                   double* const plane,
                                   const bool& useSigmaBand,
                                   const double& sigmaFactor) {
-  std::vector<double> deviations;
-  double stats[4] = {0, 0, 0, 0};
-  calcStatistics_PlanePoint2Plane(points, plane, stats, deviations);
-  return bandWidth(deviations, stats, useSigmaBand, sigmaFactor);
+  return bandWidth(
+      [&](double* stats, std::vector<double>& deviations) {
+        calcStatistics_PlanePoint2Plane(points, plane, stats, deviations);
+      },
+      useSigmaBand, sigmaFactor, kTooFewPoints);
 }
 
 double XGeoTolrance::calcStraightness(const Points& points,
                                       double* const line,
                                       const bool& useSigmaBand,
                                       const double& sigmaFactor) {
-  std::vector<double> deviations;
-  double stats[4] = {0, 0, 0, 0};
-  calcStatistics_LinePoint2Line(points, line, stats, deviations);
-  return bandWidth(deviations, stats, useSigmaBand, sigmaFactor);
+  return bandWidth(
+      [&](double* stats, std::vector<double>& deviations) {
+        calcStatistics_LinePoint2Line(points, line, stats, deviations);
+      },
+      useSigmaBand, sigmaFactor, kTooFewPoints);
 }
 
 double XGeoTolrance::calcCylindricity(const Points& points,
                                       double* const cylinder,
                                       const bool& useSigmaBand,
                                       const double& sigmaFactor) {
-  std::vector<double> deviations;
-  double stats[4] = {0, 0, 0, 0};
-  calcStatistics_CylinderPoint2Cylinder(points, cylinder, stats, deviations);
-  return bandWidth(deviations, stats, useSigmaBand, sigmaFactor);
+  return bandWidth(
+      [&](double* stats, std::vector<double>& deviations) {
+        calcStatistics_CylinderPoint2Cylinder(points, cylinder, stats,
+                                              deviations);
+      },
+      useSigmaBand, sigmaFactor, kTooFewPoints);
 }
 
 double XGeoTolrance::calcSphericity(const Points& points,
                                     double* const sphere,
                                     const bool& useSigmaBand,
                                     const double& sigmaFactor) {
-  std::vector<double> deviations;
-  double stats[4] = {0, 0, 0, 0};
-  calcStatistics_SpherePoint2Sphere(points, sphere, stats, deviations);
-  return bandWidth(deviations, stats, useSigmaBand, sigmaFactor);
+  return bandWidth(
+      [&](double* stats, std::vector<double>& deviations) {
+        calcStatistics_SpherePoint2Sphere(points, sphere, stats, deviations);
+      },
+      useSigmaBand, sigmaFactor, kTooFewPoints);
 }
 
 double XGeoTolrance::calcCircularity(const Points& points,
@@ -54,9 +61,8 @@ double XGeoTolrance::calcCircularity(const Points& points,
   // Too few points cannot span the in-plane frame; answer before trying.
   if (points.size() < static_cast<size_t>(kMinStatisticsPoints))
     return kTooFewPoints;
-  double plane[4] = {
-      circle[3], circle[4], circle[5],
-      -(circle[3] * circle[0] + circle[4] * circle[1] + circle[5] * circle[2])};
+  double plane[4];
+  planeCoefficients(circle, plane);
   std::vector<cv::Point2f> flat;
   double toPlane[16];
   projection2Plane_tranformed(points, plane, flat, toPlane);
@@ -75,10 +81,12 @@ double XGeoTolrance::calcCircularity2D(
     const double& radius,
     const bool& useSigmaBand,
     const double& sigmaFactor) {
-  std::vector<double> deviations;
-  double stats[4] = {0, 0, 0, 0};
-  calcStatisticsCircle2D(points, centerX, centerY, radius, stats, deviations);
-  return bandWidth(deviations, stats, useSigmaBand, sigmaFactor);
+  return bandWidth(
+      [&](double* stats, std::vector<double>& deviations) {
+        calcStatisticsCircle2D(points, centerX, centerY, radius, stats,
+                               deviations);
+      },
+      useSigmaBand, sigmaFactor, kTooFewPoints);
 }
 
 // ---- Array forms: the points copied, the vector form called ------------

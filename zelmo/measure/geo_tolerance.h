@@ -320,13 +320,6 @@ class ZELMO_API XGeoTolrance {
       const double& radius,
       double* const stats,
       std::vector<double>& deviations);
-
-  // The tolerance of a statistics pass: largest minus smallest counted
-  // deviation, or kTooFewPoints when no statistics were made.
-  static double bandWidth(const std::vector<double>& deviations,
-                          const double* stats,
-                          const bool& useSigmaBand,
-                          const double& sigmaFactor);
 };
 
 }  // namespace xgeomeasure

@@ -57,15 +57,4 @@ void XGeoTolrance::calcStatisticsCircle2D(
                               deviations);
 }
 
-double XGeoTolrance::bandWidth(const std::vector<double>& deviations,
-                               const double* stats,
-                               const bool& useSigmaBand,
-                               const double& sigmaFactor) {
-  measure::DeviationExtremes e;
-  if (!measure::reduceDeviations(deviations, stats, useSigmaBand, sigmaFactor,
-                                 &e))
-    return kTooFewPoints;
-  return e.largest - e.smallest;
-}
-
 }  // namespace xgeomeasure

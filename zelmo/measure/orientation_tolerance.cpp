@@ -43,10 +43,12 @@ double XGeoTolrance::calcParallelism_Line_Plane(const Points& points,
                                                 double* const datumPlane,
                                                 const bool& useSigmaBand,
                                                 const double& sigmaFactor) {
-  std::vector<double> deviations;
-  double stats[4] = {0, 0, 0, 0};
-  calcStatistics_LinePoint2Plane(points, line, datumPlane, stats, deviations);
-  return bandWidth(deviations, stats, useSigmaBand, sigmaFactor);
+  return measure::bandWidth(
+      [&](double* stats, std::vector<double>& deviations) {
+        calcStatistics_LinePoint2Plane(points, line, datumPlane, stats,
+                                       deviations);
+      },
+      useSigmaBand, sigmaFactor, kTooFewPoints);
 }
 
 double XGeoTolrance::calcParallelism_Plane_Plane(const Points& points,
@@ -96,10 +98,8 @@ double XGeoTolrance::calcPerpendicularity_Plane_Plane(
     const double& sigmaFactor) {
   if (points.size() < static_cast<size_t>(measure::kMinStatisticsPoints))
     return kTooFewPoints;
-  double datum[4] = {
-      datumPlane[3], datumPlane[4], datumPlane[5],
-      -(datumPlane[3] * datumPlane[0] + datumPlane[4] * datumPlane[1] +
-        datumPlane[5] * datumPlane[2])};
+  double datum[4];
+  measure::planeCoefficients(datumPlane, datum);
   Points kept;
   const Points* chosen = &points;
   if (useSigmaBand) {
@@ -125,12 +125,12 @@ double XGeoTolrance::calcConcentricity(const Points& points,
                                        double* const datumAxis,
                                        const bool& useSigmaBand,
                                        const double& sigmaFactor) {
-  std::vector<double> deviations;
-  double stats[4] = {0, 0, 0, 0};
-  calcStatistics_LinePoint2Line(points, datumAxis, stats, deviations);
   measure::DeviationExtremes e;
-  if (!measure::reduceDeviations(deviations, stats, useSigmaBand, sigmaFactor,
-                                 &e))
+  if (!measure::reduceStatistics(
+          [&](double* stats, std::vector<double>& deviations) {
+            calcStatistics_LinePoint2Line(points, datumAxis, stats, deviations);
+          },
+          useSigmaBand, sigmaFactor, &e))
     return kTooFewPoints;
   return std::fabs(std::fabs(e.largest) - std::fabs(e.smallest));
 }
