@@ -4,5 +4,12 @@
 #define ZELMO_ZELMO_H_
 
 #include "zelmo/export.h"
+#include "zelmo/simplex/cone_fit.h"
+#include "zelmo/simplex/cylinder_fit.h"
+#include "zelmo/simplex/fit_frame.h"
+#include "zelmo/simplex/line_fit.h"
+#include "zelmo/simplex/plane_fit.h"
+#include "zelmo/simplex/principal_axes.h"
+#include "zelmo/simplex/sphere_fit.h"
 
 #endif  // ZELMO_ZELMO_H_
