@@ -1,16 +1,16 @@
 #include "zelmo/simplex/cylinder_fit.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cmath>
 #include <random>
 #include <vector>
 
-#include <gtest/gtest.h>
-
+#include "tests/simplex/recovery_tolerances.h"
 #include "tests/support/samplers.h"
 #include "tests/support/shape_distances.h"
 #include "tests/support/tolerance.h"
-#include "zelmo/simplex/principal_axes.h"
 
 namespace x3dfit {
 namespace {
@@ -19,13 +19,6 @@ using zelmo::test::DistanceToLine;
 using zelmo::test::Frame;
 using zelmo::test::Samples;
 using zelmo::test::Vec3;
-
-// Exact points (rounded to float) at offsets up to 500.
-constexpr double kExactPosTol = 1e-4;
-constexpr double kExactDirTol = 1e-5;
-// Points with noise 0.01 along the normal.
-constexpr double kNoisyPosTol = 0.01;
-constexpr double kNoisyDirTol = 1e-3;
 
 // Exposes the iteration limit that Fit2 leaves behind.
 class CylinderFitProbe : public XCylinderFit {
@@ -70,14 +63,14 @@ TEST(XCylinderFit, RecoversLongCylindersWithEveryMethod) {
     for (double noise : {0.0, 0.01}) {
       const Frame f = zelmo::test::RandomFrame(rng, 500.0);
       const double r = radius(rng);
-      const Samples s = zelmo::test::SampleCylinder(f, r, 5 * r, 300, noise,
-                                                    rng);
+      const Samples s =
+          zelmo::test::SampleCylinder(f, r, 5 * r, 300, noise, rng);
       const Extent extent = ExtentAlong(f, s);
       const bool exact = noise == 0.0;
       for (FitMethod method : {LeastSquare, LeastAbsDev, Chebyshev}) {
-        SCOPED_TRACE(testing::Message() << "seed 41 trial " << trial
-                                        << " noise " << noise << " method "
-                                        << method);
+        SCOPED_TRACE(testing::Message()
+                     << "seed 41 trial " << trial << " noise " << noise
+                     << " method " << method);
         XCylinderFit fit;
         double p[8];
         ASSERT_TRUE(fit.Fit(s.points, p, method));
@@ -134,21 +127,6 @@ TEST(XCylinderFit, LeastSquaresLeavesItsValueInTheSharedStatic) {
   }
   EXPECT_GT(sum, 0.1);  // noise 0.05 on 200 points
   EXPECT_NEAR(XCylinderFit::m_optimal_value, sum, 1e-6 * sum);
-}
-
-TEST(ComputePrincipalAxes, OrdersAxesBySpreadAboutTheFloatCentroid) {
-  std::mt19937 rng(49);
-  const Frame f = zelmo::test::RandomFrame(rng, 500.0);
-  const Samples s = zelmo::test::SamplePlane(f, 50.0, 10.0, 500, 0.0, rng);
-  cv::Mat values, vectors;
-  cv::Point3f c;
-  computePrincipalAxes(s.points, values, vectors, c);
-  EXPECT_GT(values.at<double>(0), values.at<double>(1));
-  EXPECT_GT(values.at<double>(1), values.at<double>(2));
-  zelmo::test::ExpectSameAxis(cv::Vec3d(vectors.ptr<double>(0)), f.u, 0.05);
-  zelmo::test::ExpectSameAxis(cv::Vec3d(vectors.ptr<double>(2)), f.w, 1e-5);
-  EXPECT_NEAR(values.at<double>(2), 0.0, 1e-3 * values.at<double>(0));
-  EXPECT_LE(std::fabs((Vec3(&c.x) - f.origin).dot(f.w)), 1e-3);
 }
 
 }  // namespace

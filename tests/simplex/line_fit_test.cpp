@@ -1,12 +1,13 @@
 #include "zelmo/simplex/line_fit.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cmath>
 #include <random>
 #include <vector>
 
-#include <gtest/gtest.h>
-
+#include "tests/simplex/recovery_tolerances.h"
 #include "tests/support/samplers.h"
 #include "tests/support/shape_distances.h"
 #include "tests/support/tolerance.h"
@@ -18,13 +19,6 @@ using zelmo::test::DistanceToLine;
 using zelmo::test::Frame;
 using zelmo::test::Vec3;
 
-// Exact points (rounded to float) at offsets up to 500.
-constexpr double kExactPosTol = 1e-4;
-constexpr double kExactDirTol = 1e-5;
-// Points with noise 0.01 across the line.
-constexpr double kNoisyPosTol = 0.01;
-constexpr double kNoisyDirTol = 1e-3;
-
 TEST(XLine3DFit, RecoversLinesWithEveryMethod) {
   std::mt19937 rng(21);
   for (int trial = 0; trial < 5; ++trial) {
@@ -32,9 +26,9 @@ TEST(XLine3DFit, RecoversLinesWithEveryMethod) {
       const Frame f = zelmo::test::RandomFrame(rng, 500.0);
       const auto s = zelmo::test::SampleLine(f, 80.0, 200, noise, rng);
       for (FitMethod method : {LeastSquare, LeastAbsDev, Chebyshev}) {
-        SCOPED_TRACE(testing::Message() << "seed 21 trial " << trial
-                                        << " noise " << noise << " method "
-                                        << method);
+        SCOPED_TRACE(testing::Message()
+                     << "seed 21 trial " << trial << " noise " << noise
+                     << " method " << method);
         XLine3DFit fit;
         double p[6];
         const std::vector<float> xyz = s.Xyz();

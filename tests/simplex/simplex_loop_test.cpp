@@ -1,9 +1,9 @@
 #include "zelmo/solver/simplex_loop.h"
 
+#include <gtest/gtest.h>
+
 #include <cmath>
 #include <limits>
-
-#include <gtest/gtest.h>
 
 namespace zelmo {
 namespace solver {
@@ -59,33 +59,19 @@ TEST(RunSimplexLoop, StopsOnSizeOrAtTheIterationLimit) {
   EXPECT_GT(std::fabs(d.X(0) - 3.0), 1e-3);
   // At least one iteration is made whatever the limit.
   EXPECT_EQ(d.Run(10, 10, 1.0, 0), 1);
-}
-
-TEST(RunSimplexLoop, DegenerateSimplexEndsAtOnceOnTheStart) {
-  Descent d(&Bowl);
+  // A zero step gives a degenerate simplex, which ends at once on the start.
   EXPECT_EQ(d.Run(10, 10, 0.0, 10000), 1);
   EXPECT_EQ(d.X(0), 10.0);
   EXPECT_EQ(d.X(1), 10.0);
 }
 
 // GSL's default handler would abort the process on a non-finite value;
-// the descent returns instead, the result unspecified.
+// the descent returns instead, with whatever the minimiser holds.
 TEST(RunSimplexLoop, NonFiniteObjectiveReturnsInsteadOfAborting) {
   Descent d(&NotANumber);
   const int iterations = d.Run(1, 1, 0.1, 50);
   EXPECT_GE(iterations, 1);
   EXPECT_LE(iterations, 50);
-}
-
-TEST(SimplexRules, StepSizesKeepOrDropTheSign) {
-  const double negative[3] = {-3, -2, -5};
-  const double zeroTop[3] = {-1, 0, -2};
-  EXPECT_EQ(SignedLargest3(negative), -2.0);
-  EXPECT_EQ(SignedLargest3(zeroTop), 0.0);
-  EXPECT_EQ(LargestAbs3(negative), 5.0);
-  const double mixed[3] = {0.5, -0.25, 0.1};
-  EXPECT_EQ(SignedLargest3(mixed), 0.5);
-  EXPECT_EQ(LargestAbs3(mixed), 0.5);
 }
 
 TEST(SimplexRules, NormaliseByDirectionScalesTheCountGivenOrNothing) {

@@ -1,12 +1,13 @@
 #include "zelmo/simplex/sphere_fit.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cmath>
 #include <random>
 #include <vector>
 
-#include <gtest/gtest.h>
-
+#include "tests/simplex/recovery_tolerances.h"
 #include "tests/support/samplers.h"
 #include "tests/support/shape_distances.h"
 #include "tests/support/tolerance.h"
@@ -17,17 +18,11 @@ namespace {
 using zelmo::test::Frame;
 using zelmo::test::Vec3;
 
-// Exact points (rounded to float) at offsets up to 500.
-constexpr double kExactTol = 1e-4;
-// Points with noise 0.01 along the normal.
-constexpr double kNoisyTol = 0.01;
-
-std::vector<double> Deviations(const std::vector<cv::Point3f>& pts,
-                               const double* p) {
-  std::vector<double> e;
-  for (const cv::Point3f& x : pts)
-    e.push_back(std::fabs(cv::norm(Vec3(&x.x) - Vec3(p)) - p[3]));
-  return e;
+zelmo::test::Spread SphereSpread(const std::vector<cv::Point3f>& pts,
+                                 const double* p) {
+  return zelmo::test::SpreadOf(pts, [p](const cv::Vec3d& q) {
+    return std::fabs(cv::norm(q - Vec3(p)) - p[3]);
+  });
 }
 
 TEST(XSphereFit, RecoversSpheresAndCapsWithEveryMethod) {
@@ -38,8 +33,7 @@ TEST(XSphereFit, RecoversSpheresAndCapsWithEveryMethod) {
       for (double polar : {zelmo::test::kPi, zelmo::test::kPi / 3}) {
         const Frame f = zelmo::test::RandomFrame(rng, 500.0);
         const double r = radius(rng);
-        const auto s =
-            zelmo::test::SampleSphere(f, r, 300, noise, rng, polar);
+        const auto s = zelmo::test::SampleSphere(f, r, 300, noise, rng, polar);
         for (FitMethod method : {LeastSquare, LeastAbsDev, Chebyshev}) {
           SCOPED_TRACE(testing::Message()
                        << "seed 31 trial " << trial << " noise " << noise
@@ -47,7 +41,7 @@ TEST(XSphereFit, RecoversSpheresAndCapsWithEveryMethod) {
           XSphereFit fit;
           double p[4];
           ASSERT_TRUE(fit.Fit(s.points, p, method));
-          const double tol = noise == 0.0 ? kExactTol : kNoisyTol;
+          const double tol = noise == 0.0 ? kExactPosTol : kNoisyPosTol;
           // A cap fixes its center less well than the whole sphere.
           const double capFactor = polar < 3 ? 5.0 : 1.0;
           zelmo::test::ExpectNear3(p, f.origin, tol * capFactor);
@@ -75,20 +69,10 @@ TEST(XSphereFit, MethodSelectsObjective) {
   fit.Fit(pts, lad, LeastAbsDev);
   fit.Fit(pts, cheb, Chebyshev);
   fit.Fit(pts, other, static_cast<FitMethod>(-1));
-  const auto maxOf = [&](const double* p) {
-    const std::vector<double> e = Deviations(pts, p);
-    return *std::max_element(e.begin(), e.end());
-  };
-  const auto sumOf = [&](const double* p) {
-    const std::vector<double> e = Deviations(pts, p);
-    double sum = 0;
-    for (double x : e) sum += x;
-    return sum;
-  };
-  EXPECT_LT(sumOf(lad), sumOf(ls) - 0.1);
-  EXPECT_LT(sumOf(lad), sumOf(cheb));
-  EXPECT_LT(maxOf(cheb), maxOf(lad) - 0.1);
-  EXPECT_LT(maxOf(cheb), maxOf(ls));
+  EXPECT_LT(SphereSpread(pts, lad).sum, SphereSpread(pts, ls).sum - 0.1);
+  EXPECT_LT(SphereSpread(pts, lad).sum, SphereSpread(pts, cheb).sum);
+  EXPECT_LT(SphereSpread(pts, cheb).max, SphereSpread(pts, lad).max - 0.1);
+  EXPECT_LT(SphereSpread(pts, cheb).max, SphereSpread(pts, ls).max);
   zelmo::test::ExpectNearArray(other, lad, 4, 0.0);
 }
 
@@ -101,7 +85,7 @@ TEST(XSphereFit, FewerThanFourPointsStartFromCallersParams) {
   zelmo::test::ExpectNearArray(p, before, 4, 0.0);
   // The descent starts from p and fits the three points.
   EXPECT_TRUE(fit.Fit(three, p, LeastAbsDev));
-  for (double e : Deviations(three, p)) EXPECT_LE(e, 1e-4);
+  EXPECT_LE(SphereSpread(three, p).max, 1e-4);
 }
 
 }  // namespace
