@@ -4,7 +4,19 @@
 #define ZELMO_ZELMO_H_
 
 #include "zelmo/export.h"
+
 #include "zelmo/feature/records.h"
+
+#include "zelmo/simplex/cone_fit.h"
+#include "zelmo/simplex/cylinder_fit.h"
+#include "zelmo/simplex/fit_frame.h"
+#include "zelmo/simplex/line_fit.h"
+#include "zelmo/simplex/plane_fit.h"
+#include "zelmo/simplex/principal_axes.h"
+#include "zelmo/simplex/sphere_fit.h"
+
+#include "zelmo/measure/geo_constructor.h"
+#include "zelmo/measure/geo_tolerance.h"
 
 #include "zelmo/display/circle3d.h"
 #include "zelmo/display/cone.h"
@@ -14,8 +26,5 @@
 #include "zelmo/display/oval_groove3d.h"
 #include "zelmo/display/rectangle3d.h"
 #include "zelmo/display/round_groove3d.h"
-
-#include "zelmo/measure/geo_constructor.h"
-#include "zelmo/measure/geo_tolerance.h"
 
 #endif  // ZELMO_ZELMO_H_
