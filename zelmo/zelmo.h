@@ -4,5 +4,8 @@
 #define ZELMO_ZELMO_H_
 
 #include "zelmo/export.h"
+#include "zelmo/lmfit/filter_param.h"
+#include "zelmo/lmfit/plane_fit_lm.h"
+#include "zelmo/lmfit/zelmo_lm.h"
 
 #endif  // ZELMO_ZELMO_H_

@@ -73,11 +73,8 @@ cv::Mat symmetryFrame(const float* const pd) {
 }
 
 // rt = T^-1 D T for D = diag(dx, dy, dz, 1).
-void conjugateDiagonal(const cv::Mat& T,
-                       double dx,
-                       double dy,
-                       double dz,
-                       double* const rt) {
+void conjugateDiagonal(
+    const cv::Mat& T, double dx, double dy, double dz, double* const rt) {
   const cv::Mat D = (cv::Mat_<double>(4, 4) << dx, 0, 0, 0, 0, dy, 0, 0, 0, 0,
                      dz, 0, 0, 0, 0, 1);
   const cv::Mat M = T.inv() * D * T;
@@ -177,8 +174,8 @@ int convertMatrixRT(const double* const in, double* const out) {
   for (int r = 0; r < 3; ++r)
     for (int c = 0; c < 3; ++c) m[r * 4 + c] = in[c * 4 + r];
   for (int r = 0; r < 3; ++r)
-    m[r * 4 + 3] = -(m[r * 4 + 0] * in[3] + m[r * 4 + 1] * in[7] +
-                     m[r * 4 + 2] * in[11]);
+    m[r * 4 + 3] =
+        -(m[r * 4 + 0] * in[3] + m[r * 4 + 1] * in[7] + m[r * 4 + 2] * in[11]);
   m[12] = m[13] = m[14] = 0.0;
   m[15] = 1.0;
   for (int k = 0; k < 16; ++k) out[k] = m[k];
@@ -204,23 +201,40 @@ void projection2Plane_tranformed(const std::vector<cv::Point3f>& points,
                                  std::vector<cv::Point2f>& out,
                                  double* const transform,
                                  AlignMode mode) {
+  projectToPlaneFrame(points, plane, AxisFallback::kZero, mode, out, transform);
+}
+
+void projectToPlaneFrame(const std::vector<cv::Point3f>& points,
+                         const double* const plane,
+                         AxisFallback fallback,
+                         AlignMode mode,
+                         std::vector<cv::Point2f>& out,
+                         double* const transform) {
   std::vector<cv::Point3f> projected;
   projection2Plane(points, plane, projected);
   cv::Vec3d c(0, 0, 0);
   for (const cv::Point3f& q : projected) c += cv::Vec3d(q.x, q.y, q.z);
   if (!projected.empty()) c *= 1.0 / static_cast<double>(projected.size());
 
+  const cv::Vec3d n(plane[0], plane[1], plane[2]);
   cv::Vec3d u(0, 0, 0);
+  bool found = false;
   for (const cv::Point3f& q : projected) {
     const cv::Vec3d diff = cv::Vec3d(q.x, q.y, q.z) - c;
     if (!(std::fabs(diff[0]) < kFrameAxisMinOffset) ||
         !(std::fabs(diff[1]) < kFrameAxisMinOffset) ||
         !(std::fabs(diff[2]) < kFrameAxisMinOffset)) {
       u = unitOrZero(diff);
+      found = true;
       break;
     }
   }
-  const cv::Vec3d n(plane[0], plane[1], plane[2]);
+  if (!found && fallback == AxisFallback::kSeedAxis) {
+    const bool aLargest = std::fabs(n[0]) >= std::fabs(n[1]) &&
+                          std::fabs(n[0]) >= std::fabs(n[2]);
+    const cv::Vec3d t = aLargest ? cv::Vec3d(0, 1, 0) : cv::Vec3d(1, 0, 0);
+    u = unitOrZero(unitOrZero(n.cross(t)).cross(n));
+  }
   const cv::Vec3d w = unitOrZero(n.cross(u));
 
   const cv::Vec3d tn[3] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
@@ -233,9 +247,9 @@ void projection2Plane_tranformed(const std::vector<cv::Point3f>& points,
   out.resize(projected.size());
   for (size_t k = 0; k < projected.size(); ++k) {
     const double x = projected[k].x, y = projected[k].y, z = projected[k].z;
-    out[k] = cv::Point2f(
-        static_cast<float>(T[0] * x + T[1] * y + T[2] * z + T[3]),
-        static_cast<float>(T[4] * x + T[5] * y + T[6] * z + T[7]));
+    out[k] =
+        cv::Point2f(static_cast<float>(T[0] * x + T[1] * y + T[2] * z + T[3]),
+                    static_cast<float>(T[4] * x + T[5] * y + T[6] * z + T[7]));
   }
   if (transform != nullptr)
     for (int k = 0; k < 16; ++k) transform[k] = T[k];
