@@ -3,9 +3,20 @@
 #ifndef ZELMO_ZELMO_H_
 #define ZELMO_ZELMO_H_
 
+#include "zelmo/display/circle3d.h"
+#include "zelmo/display/cone.h"
+#include "zelmo/display/curve3d.h"
+#include "zelmo/display/cylinder.h"
+#include "zelmo/display/geometry3d.h"
+#include "zelmo/display/oval_groove3d.h"
+#include "zelmo/display/rectangle3d.h"
+#include "zelmo/display/round_groove3d.h"
 #include "zelmo/export.h"
+#include "zelmo/feature/records.h"
 #include "zelmo/lmfit/filter_param.h"
 #include "zelmo/lmfit/plane_fit_lm.h"
 #include "zelmo/lmfit/zelmo_lm.h"
+#include "zelmo/measure/geo_constructor.h"
+#include "zelmo/measure/geo_tolerance.h"
 
 #endif  // ZELMO_ZELMO_H_

@@ -1,9 +1,9 @@
 #include "zelmo/feature/frame_toolkit.h"
 
+#include <gtest/gtest.h>
+
 #include <random>
 #include <string>
-
-#include <gtest/gtest.h>
 
 #include "tests/support/samplers.h"
 #include "tests/support/stdout_capture.h"
@@ -71,9 +71,9 @@ TEST(Intersection3Planes, SolvesAtTheDeterminantLimitAndRejectsBelow) {
   const cv::Vec3d n[3] = {{1e-6, 0, 0}, {0, 1, 0}, {0, 0, 1}};
   cv::Mat out;
   ASSERT_EQ(Intersection3Planes(n, p, out), 1);
-  ExpectNear3(cv::Vec3d(out.at<double>(0), out.at<double>(1),
-                        out.at<double>(2)),
-              cv::Vec3d(1, 2, 3), 1e-6);
+  ExpectNear3(
+      cv::Vec3d(out.at<double>(0), out.at<double>(1), out.at<double>(2)),
+      cv::Vec3d(1, 2, 3), 1e-6);
   // Just inside the band: no single point, out untouched.
   const cv::Vec3d m[3] = {{0.9e-6, 0, 0}, {0, 1, 0}, {0, 0, 1}};
   cv::Mat untouched = (cv::Mat_<double>(1, 1) << 42.0);
@@ -247,8 +247,7 @@ TEST(SymmetryMatrices, EqualTheClosedForms) {
       c.fn(pd, rt);
       const cv::Vec3d t = p - c.R * p;
       for (int r = 0; r < 3; ++r) {
-        for (int k = 0; k < 3; ++k)
-          EXPECT_NEAR(rt[r * 4 + k], c.R(r, k), 1e-9);
+        for (int k = 0; k < 3; ++k) EXPECT_NEAR(rt[r * 4 + k], c.R(r, k), 1e-9);
         EXPECT_NEAR(rt[r * 4 + 3], t[r], 1e-7);
       }
       EXPECT_NEAR(rt[15], 1.0, 1e-12);

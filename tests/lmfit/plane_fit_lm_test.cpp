@@ -333,6 +333,30 @@ TEST(XPlaneFitLM, StagesPrintTheirLines) {
   }
 }
 
+// The record passes through the rectangle's center: its d is recomputed
+// from normal and center, not copied from the fit.
+TEST(XPlaneFitLM, GetPlaneTakesItsOffsetThroughTheCenter) {
+  XPlaneFitLM f;
+  f.a = 0.6f, f.b = 0, f.c = 0.8f, f.d = 7;
+  const float center[3] = {1, 2, 3}, normal[3] = {0, 0.6f, 0.8f},
+              major[3] = {1, 0, 0};
+  std::copy(center, center + 3, f.center);
+  std::copy(normal, normal + 3, f.normal);
+  std::copy(major, major + 3, f.majorDir);
+  f.length = 9, f.width = 4;
+  xgeofeature::XFPlane plane;
+  f.getPlane(plane);
+  ExpectNear3(plane.center, center, 0.0);
+  ExpectNear3(plane.normal, normal, 0.0);
+  ExpectNear3(plane.majorDir, major, 0.0);
+  EXPECT_EQ(plane.length, 9.0f);
+  EXPECT_EQ(plane.width, 4.0f);
+  EXPECT_EQ(plane.a, 0.0f);
+  EXPECT_EQ(plane.b, 0.6f);
+  EXPECT_EQ(plane.c, 0.8f);
+  EXPECT_EQ(plane.d, -(0.6f * 2 + 0.8f * 3));
+}
+
 TEST(XPlaneFitLM, StatisticsOfSignedDistances) {
   XPlaneFitLM f;
   f.a = 0, f.b = 0, f.c = 1, f.d = -1;  // z = 1

@@ -77,8 +77,12 @@ Frame FrameFromAxis(const cv::Vec3d& origin, const cv::Vec3d& axis) {
   return f;
 }
 
-Samples SamplePlane(const Frame& f, double halfLength, double halfWidth,
-                    int count, double noise, std::mt19937& rng) {
+Samples SamplePlane(const Frame& f,
+                    double halfLength,
+                    double halfWidth,
+                    int count,
+                    double noise,
+                    std::mt19937& rng) {
   std::uniform_real_distribution<double> x(-halfLength, halfLength);
   std::uniform_real_distribution<double> y(-halfWidth, halfWidth);
   std::normal_distribution<double> e(0.0, noise > 0 ? noise : 1.0);
@@ -91,8 +95,8 @@ Samples SamplePlane(const Frame& f, double halfLength, double halfWidth,
   return s;
 }
 
-Samples SampleLine(const Frame& f, double length, int count, double noise,
-                   std::mt19937& rng) {
+Samples SampleLine(
+    const Frame& f, double length, int count, double noise, std::mt19937& rng) {
   std::uniform_real_distribution<double> t(0.0, length);
   std::normal_distribution<double> e(0.0, noise > 0 ? noise : 1.0);
   Samples s;
@@ -105,8 +109,12 @@ Samples SampleLine(const Frame& f, double length, int count, double noise,
   return s;
 }
 
-Samples SampleSphere(const Frame& f, double radius, int count, double noise,
-                     std::mt19937& rng, double maxPolar) {
+Samples SampleSphere(const Frame& f,
+                     double radius,
+                     int count,
+                     double noise,
+                     std::mt19937& rng,
+                     double maxPolar) {
   // Uniform on the cap: cos(polar) uniform in [cos(maxPolar), 1].
   std::uniform_real_distribution<double> cz(std::cos(maxPolar), 1.0);
   std::uniform_real_distribution<double> az(0.0, 2 * kPi);
@@ -122,8 +130,12 @@ Samples SampleSphere(const Frame& f, double radius, int count, double noise,
   return s;
 }
 
-Samples SampleCircle(const Frame& f, double radius, int count, double noise,
-                     std::mt19937& rng, double arc) {
+Samples SampleCircle(const Frame& f,
+                     double radius,
+                     int count,
+                     double noise,
+                     std::mt19937& rng,
+                     double arc) {
   std::uniform_real_distribution<double> az(0.0, arc);
   std::normal_distribution<double> e(0.0, noise > 0 ? noise : 1.0);
   Samples s;
@@ -136,8 +148,13 @@ Samples SampleCircle(const Frame& f, double radius, int count, double noise,
   return s;
 }
 
-Samples SampleCone(const Frame& f, double baseRadius, double topRadius,
-                   double height, int count, double noise, std::mt19937& rng,
+Samples SampleCone(const Frame& f,
+                   double baseRadius,
+                   double topRadius,
+                   double height,
+                   int count,
+                   double noise,
+                   std::mt19937& rng,
                    double arc) {
   std::uniform_real_distribution<double> az(0.0, arc);
   std::uniform_real_distribution<double> hz(0.0, height);
@@ -157,14 +174,17 @@ Samples SampleCone(const Frame& f, double baseRadius, double topRadius,
   return s;
 }
 
-Samples SampleCylinder(const Frame& f, double radius, double height,
-                       int count, double noise, std::mt19937& rng,
+Samples SampleCylinder(const Frame& f,
+                       double radius,
+                       double height,
+                       int count,
+                       double noise,
+                       std::mt19937& rng,
                        double arc) {
   return SampleCone(f, radius, radius, height, count, noise, rng, arc);
 }
 
-void AddOutliers(Samples& s, const Frame& f, double fraction,
-                 double distance) {
+void AddOutliers(Samples& s, const Frame& f, double fraction, double distance) {
   if (fraction <= 0 || s.points.empty()) return;
   const size_t step = std::max<size_t>(1, static_cast<size_t>(1.0 / fraction));
   for (size_t i = 0; i < s.points.size(); i += step) {

@@ -4,10 +4,9 @@
 #ifndef ZELMO_TESTS_SUPPORT_SAMPLERS_H_
 #define ZELMO_TESTS_SUPPORT_SAMPLERS_H_
 
+#include <opencv2/core.hpp>
 #include <random>
 #include <vector>
-
-#include <opencv2/core.hpp>
 
 namespace zelmo {
 namespace test {
@@ -44,29 +43,50 @@ Frame FrameFromAxis(const cv::Vec3d& origin, const cv::Vec3d& w);
 // Each sampler adds Gaussian noise of deviation `noise` along the normal.
 // Points on the rectangle [-halfLength, halfLength] x [-halfWidth, halfWidth]
 // in the (u, v) plane of `f`; normals are +w.
-Samples SamplePlane(const Frame& f, double halfLength, double halfWidth,
-                    int count, double noise, std::mt19937& rng);
+Samples SamplePlane(const Frame& f,
+                    double halfLength,
+                    double halfWidth,
+                    int count,
+                    double noise,
+                    std::mt19937& rng);
 // Points on the segment origin + t w, t in [0, length]; noise is across
 // the line; normals are zero.
-Samples SampleLine(const Frame& f, double length, int count, double noise,
-                   std::mt19937& rng);
+Samples SampleLine(
+    const Frame& f, double length, int count, double noise, std::mt19937& rng);
 // Points on the sphere about f.origin with polar angle from +w up to
 // `maxPolar` (kPi: the full sphere; less: a cap).
-Samples SampleSphere(const Frame& f, double radius, int count, double noise,
-                     std::mt19937& rng, double maxPolar = kPi);
+Samples SampleSphere(const Frame& f,
+                     double radius,
+                     int count,
+                     double noise,
+                     std::mt19937& rng,
+                     double maxPolar = kPi);
 // Points on the circle of `radius` about f.origin in the (u, v) plane, at
 // angles in [0, arc) from u; normals point away from the centre.
-Samples SampleCircle(const Frame& f, double radius, int count, double noise,
-                     std::mt19937& rng, double arc = 2 * kPi);
+Samples SampleCircle(const Frame& f,
+                     double radius,
+                     int count,
+                     double noise,
+                     std::mt19937& rng,
+                     double arc = 2 * kPi);
 // Points on the cylinder of axis w from f.origin (z = 0) to z = height, at
 // angles in [0, arc) from u.
-Samples SampleCylinder(const Frame& f, double radius, double height,
-                       int count, double noise, std::mt19937& rng,
+Samples SampleCylinder(const Frame& f,
+                       double radius,
+                       double height,
+                       int count,
+                       double noise,
+                       std::mt19937& rng,
                        double arc = 2 * kPi);
 // Points on the cone frustum of axis w: radius baseRadius at z = 0,
 // topRadius at z = height, angles in [0, arc) from u.
-Samples SampleCone(const Frame& f, double baseRadius, double topRadius,
-                   double height, int count, double noise, std::mt19937& rng,
+Samples SampleCone(const Frame& f,
+                   double baseRadius,
+                   double topRadius,
+                   double height,
+                   int count,
+                   double noise,
+                   std::mt19937& rng,
                    double arc = 2 * kPi);
 
 // Replaces a `fraction` of the points (every k-th) by points moved `distance`

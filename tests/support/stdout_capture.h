@@ -2,11 +2,11 @@
 #ifndef ZELMO_TESTS_SUPPORT_STDOUT_CAPTURE_H_
 #define ZELMO_TESTS_SUPPORT_STDOUT_CAPTURE_H_
 
+#include <gtest/gtest.h>
+
 #include <cstdio>
 #include <iostream>
 #include <string>
-
-#include <gtest/gtest.h>
 
 namespace zelmo {
 namespace test {

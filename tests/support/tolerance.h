@@ -3,9 +3,9 @@
 #ifndef ZELMO_TESTS_SUPPORT_TOLERANCE_H_
 #define ZELMO_TESTS_SUPPORT_TOLERANCE_H_
 
-#include <cmath>
-
 #include <gtest/gtest.h>
+
+#include <cmath>
 #include <opencv2/core.hpp>
 
 namespace zelmo {
@@ -70,7 +70,8 @@ inline void ExpectNearArray(const double* got,
                             const double* want,
                             int n,
                             double tol) {
-  for (int i = 0; i < n; ++i) EXPECT_NEAR(got[i], want[i], tol) << "entry " << i;
+  for (int i = 0; i < n; ++i)
+    EXPECT_NEAR(got[i], want[i], tol) << "entry " << i;
 }
 
 }  // namespace test

@@ -9,32 +9,10 @@ namespace {
 
 constexpr double kPi = 3.14159265358979323846;
 
-// Index of the largest |v[k]|, by strict comparison in order: the lowest
-// index wins a tie.
-int largestAbsIndex(const cv::Vec3d& v) {
-  int i = 0;
-  if (std::fabs(v[1]) > std::fabs(v[i])) i = 1;
-  if (std::fabs(v[2]) > std::fabs(v[i])) i = 2;
-  return i;
-}
-
-// A vector orthogonal to `v`, built on its largest component: for i = 0 it
-// is (-(v1 + v2) / v0, 1, 1), and likewise for the other indices.
-cv::Vec3d auxiliaryOrthogonal(const cv::Vec3d& v) {
-  switch (largestAbsIndex(v)) {
-    case 0:
-      return cv::Vec3d(-(v[1] + v[2]) / v[0], 1.0, 1.0);
-    case 1:
-      return cv::Vec3d(1.0, -(v[0] + v[2]) / v[1], 1.0);
-    default:
-      return cv::Vec3d(1.0, 1.0, -(v[0] + v[1]) / v[2]);
-  }
-}
-
 // `v` made unit; a zero vector stays zero.
 cv::Vec3d unitOrZero(const cv::Vec3d& v) {
   const double n = cv::norm(v);
-  return n == 0.0 ? cv::Vec3d(0, 0, 0) : v * (1.0 / n);
+  return n == 0.0 ? cv::Vec3d(0, 0, 0) : v / n;
 }
 
 // The Rodrigues matrix of unit axis u, cosine c and sine s.
@@ -83,6 +61,42 @@ void conjugateDiagonal(
 
 }  // namespace
 
+int largestAbsIndex(const cv::Vec3d& v) {
+  int i = 0;
+  if (std::fabs(v[1]) > std::fabs(v[i])) i = 1;
+  if (std::fabs(v[2]) > std::fabs(v[i])) i = 2;
+  return i;
+}
+
+cv::Vec3d auxiliaryOrthogonal(const cv::Vec3d& v) {
+  switch (largestAbsIndex(v)) {
+    case 0:
+      return cv::Vec3d(-(v[1] + v[2]) / v[0], 1.0, 1.0);
+    case 1:
+      return cv::Vec3d(1.0, -(v[0] + v[2]) / v[1], 1.0);
+    default:
+      return cv::Vec3d(1.0, 1.0, -(v[0] + v[1]) / v[2]);
+  }
+}
+
+cv::Vec3d perpendicularDirection(const cv::Vec3d& n) {
+  cv::Vec3d v;
+  switch (largestAbsIndex(n)) {
+    case 0:
+      v = cv::Vec3d(-n[1] / n[0], 1.0, 0.0);
+      break;
+    case 1:
+      v = cv::Vec3d(1.0, -n[0] / n[1], 0.0);
+      break;
+    default:
+      v = cv::Vec3d(1.0, 0.0, -n[0] / n[2]);
+      break;
+  }
+  // Multiplied by the reciprocal norm, not divided: the rule's own rounding.
+  const double norm = cv::norm(v);
+  return v * (norm == 0.0 ? 0.0 : 1.0 / norm);
+}
+
 int Intersection3Planes(const cv::Vec3d* normals,
                         const cv::Point3d* points,
                         cv::Mat& out) {
@@ -111,7 +125,7 @@ void getMatRByVector(const cv::Vec3d& from, const cv::Vec3d& to, cv::Mat& R) {
   }
   const double cosine = from.dot(to) / (cv::norm(from) * cv::norm(to));
   const double sine = std::sqrt(1.0 - cosine * cosine);
-  const cv::Vec3d u = c * (1.0 / cv::norm(c));
+  const cv::Vec3d u = c / cv::norm(c);
   R = rodrigues(u, cosine, sine);
 }
 
@@ -214,7 +228,7 @@ void projectToPlaneFrame(const std::vector<cv::Point3f>& points,
   projection2Plane(points, plane, projected);
   cv::Vec3d c(0, 0, 0);
   for (const cv::Point3f& q : projected) c += cv::Vec3d(q.x, q.y, q.z);
-  if (!projected.empty()) c *= 1.0 / static_cast<double>(projected.size());
+  if (!projected.empty()) c /= static_cast<double>(projected.size());
 
   const cv::Vec3d n(plane[0], plane[1], plane[2]);
   cv::Vec3d u(0, 0, 0);

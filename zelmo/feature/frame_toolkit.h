@@ -52,6 +52,26 @@ int Intersection3Planes(const cv::Vec3d* normals,
                         const cv::Point3d* points,
                         cv::Mat& out);
 
+// largestAbsIndex()
+// Index of the largest |v[k]|, testing k = 0, 1, 2 in order with a strict
+// greater-than, so that the lowest index wins a tie.
+int largestAbsIndex(const cv::Vec3d& v);
+
+// auxiliaryOrthogonal()
+// A direction orthogonal to `v`, not unit, built on its largest component
+// (lowest index on a tie): (-(v1 + v2) / v0, 1, 1) for index 0, and likewise
+// (1, -(v0 + v2) / v1, 1), (1, 1, -(v0 + v1) / v2). getMatRByVector turns
+// through it for parallel directions; frames about an axis start from it.
+// A zero `v` divides by zero.
+cv::Vec3d auxiliaryOrthogonal(const cv::Vec3d& v);
+
+// perpendicularDirection()
+// The unit major direction made up for a flat feature from its normal `n`,
+// built on the largest component (lowest index on a tie):
+// (-n1 / n0, 1, 0), (1, -n0 / n1, 0) or (1, 0, -n0 / n2), scaled to unit
+// length in double; a zero norm gives the scale 0.
+cv::Vec3d perpendicularDirection(const cv::Vec3d& n);
+
 // getMatRByVector()
 // The rotation that carries the direction `from` onto `to` (Rodrigues form),
 // written into `R` as a new 3 x 3 matrix. Parallel or opposite directions are

@@ -132,6 +132,10 @@ int XPlaneFitLM::Fit(const float* points,
                                                                          : 0;
 }
 
+void XPlaneFitLM::getPlane(xgeofeature::XFPlane& plane) {
+  plane = xgeofeature::XFPlane(center, normal, majorDir, length, width);
+}
+
 void XPlaneFitLM::Fit_Function(double* p, double* hx, int, int n, void* adata) {
   const float* pts = static_cast<const float*>(adata);
   double q[4] = {p[0], p[1], p[2], p[3]};

@@ -1,0 +1,86 @@
+// The solids of the display family: two rings of points each.
+#include "zelmo/display/geometry3d.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+#include <string>
+
+#include "tests/display/display_test_util.h"
+#include "tests/support/stdout_capture.h"
+#include "tests/support/tolerance.h"
+#include "zelmo/display/cone.h"
+#include "zelmo/display/cylinder.h"
+
+namespace xgeometry {
+namespace {
+
+using zelmo::test::ExpectNear3;
+using zelmo::test::GuardedBuffer;
+using zelmo::test::kDisplayTol;
+
+TEST(XSolidDisplay, WritesCountPointsPerRingSilently) {
+  const float p[3] = {4, 5, 6}, axis[3] = {0.6f, 0, 0.8f};
+  const XCylinder cylinder(p, axis, 10, 3);
+  const XCone cone(p, axis, 10, 3, 1);
+  zelmo::test::StdoutCapture capture;
+  for (int count = 0; count <= 13; ++count) {
+    SCOPED_TRACE(count);
+    GuardedBuffer a(16), b(16), c(16), d(16);
+    EXPECT_EQ(cylinder.getDisplayData(count, a.out(), b.out()), 0);
+    EXPECT_EQ(cone.getDisplayData(count, c.out(), d.out()), 0);
+    for (const GuardedBuffer* ring : {&a, &b, &c, &d})
+      EXPECT_EQ(ring->Written(), count);
+  }
+  EXPECT_EQ(capture.Take(), "");
+}
+
+TEST(XSolidDisplay, RingsLieAtTheirRadiiHeightApartAlongTheAxis) {
+  std::mt19937 rng(77);
+  std::uniform_real_distribution<double> size(0.5, 50);
+  constexpr int kCount = 24;
+  for (int trial = 0; trial < 20; ++trial) {
+    SCOPED_TRACE(trial);
+    const zelmo::test::Frame f = zelmo::test::RandomFrame(rng, 500);
+    const float p[3] = {float(f.origin[0]), float(f.origin[1]),
+                        float(f.origin[2])};
+    const float axis[3] = {float(f.w[0]), float(f.w[1]), float(f.w[2])};
+    const float h = float(size(rng)), r1 = float(size(rng)),
+                r2 = float(size(rng) / 2);
+    const bool cone = trial % 2 == 1;
+    const float top = cone ? r2 : r1;
+    GuardedBuffer first(kCount), second(kCount);
+    if (cone)
+      XCone(p, axis, h, r1, r2)
+          .getDisplayData(kCount, first.out(), second.out());
+    else
+      XCylinder(p, axis, h, r1)
+          .getDisplayData(kCount, first.out(), second.out());
+    const cv::Vec3d base(p[0], p[1], p[2]), w(axis[0], axis[1], axis[2]);
+    for (int i = 0; i < kCount; ++i) {
+      const cv::Vec3d d1 = first.Point(i) - base;
+      const cv::Vec3d d2 = second.Point(i) - base - double(h) * w;
+      EXPECT_NEAR(cv::norm(d1), r1, kDisplayTol);
+      EXPECT_NEAR(d1.dot(w), 0, kDisplayTol);
+      // The same angle on both rings: the second is the first scaled and
+      // lifted by height along the axis.
+      ExpectNear3(d2, d1 * (double(top) / r1), kDisplayTol);
+    }
+  }
+}
+
+TEST(XSolidDisplay, FirstPointLiesAlongTheAuxiliaryDirectionOfTheAxis) {
+  // Axis z: the auxiliary direction is unit (1, 1, 0), the second one
+  // axis x h = unit (-1, 1, 0).
+  const float p[3] = {1, -2, 3}, axis[3] = {0, 0, 1};
+  const double k = 5 / std::sqrt(2.0);
+  GuardedBuffer first(8), second(8);
+  XCylinder(p, axis, 4, 5).getDisplayData(8, first.out(), second.out());
+  ExpectNear3(first.Point(0), cv::Vec3d(1 + k, -2 + k, 3), kDisplayTol);
+  ExpectNear3(first.Point(2), cv::Vec3d(1 - k, -2 + k, 3), kDisplayTol);
+  ExpectNear3(second.Point(0), cv::Vec3d(1 + k, -2 + k, 7), kDisplayTol);
+}
+
+}  // namespace
+}  // namespace xgeometry

@@ -1,0 +1,68 @@
+#include "zelmo/display/geometry3d.h"
+
+#include "zelmo/display/display_points.h"
+#include "zelmo/feature/frame_toolkit.h"
+
+namespace xgeometry {
+
+int XGeometry3D::Intersection3Planes(const cv::Vec3d* normals,
+                                     const cv::Point3d* points,
+                                     cv::Mat& out) const {
+  return zelmo::frame::Intersection3Planes(normals, points, out);
+}
+
+void XGeometry3D::getMatRByVector(const cv::Vec3d& from,
+                                  const cv::Vec3d& to,
+                                  cv::Mat& R) const {
+  zelmo::frame::getMatRByVector(from, to, R);
+}
+
+void XGeometry3D::alignBy3Plane(const cv::Vec3d* targetNormals,
+                                const cv::Point3d* targetPoints,
+                                const cv::Vec3d* sourceNormals,
+                                const cv::Point3d* sourcePoints,
+                                double* const rt) const {
+  zelmo::frame::alignBy3Plane(targetNormals, targetPoints, sourceNormals,
+                              sourcePoints, rt,
+                              zelmo::frame::AlignMode::kPlain);
+}
+
+int XGeometry3D::convertMatrixRT(const double* const in,
+                                 double* const out) const {
+  return zelmo::frame::convertMatrixRT(in, out);
+}
+
+void XGeometry3D::projection2Plane(const std::vector<cv::Point3f>& points,
+                                   double* const plane,
+                                   std::vector<cv::Point3f>& out) const {
+  zelmo::frame::projection2Plane(points, plane, out);
+}
+
+int XGeometry3D::getRingData(const float* const point,
+                             const float* const axis,
+                             const float& height,
+                             const float& firstRadius,
+                             const float& secondRadius,
+                             const int& count,
+                             float* const first,
+                             float* const second) const {
+  const cv::Vec3d a = zelmo::display::widen(axis);
+  const cv::Vec3d h = cv::normalize(zelmo::frame::auxiliaryOrthogonal(a));
+  const cv::Vec3d g = cv::normalize(a.cross(h));
+  const zelmo::display::LocalFramePlanes planes(zelmo::display::widen(point), h,
+                                                g, a);
+  double rt[16];
+  alignBy3Plane(planes.targetNormals, planes.targetPoints, planes.sourceNormals,
+                planes.sourcePoints, rt);
+  if (count < 1) return 0;
+  const double s = zelmo::display::angularStep(count);
+  zelmo::display::writeLocalArc(rt, 0.0, 0.0, firstRadius, s, 0, count, first);
+  // The second ring is the first frame moved by height along the axis.
+  const double lift = height;
+  for (int r = 0; r < 3; ++r) rt[4 * r + 3] += lift * a[r];
+  zelmo::display::writeLocalArc(rt, 0.0, 0.0, secondRadius, s, 0, count,
+                                second);
+  return 0;
+}
+
+}  // namespace xgeometry
