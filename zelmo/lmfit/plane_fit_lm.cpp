@@ -108,9 +108,11 @@ class PlaneStages : public lm::StageShape {
   void onBand(lm::Stage, float mean, float sd, double hi, double lo) override {
     lm::printBand(mean, sd, hi, lo);
   }
-  void onThreshold(lm::Stage, float threshold) override {
-    // The plane reports the threshold only once it is a valid selection.
-    if (!(threshold <= lm::kNoSelection)) lm::printThreshold(threshold, true);
+  void onThreshold(lm::Stage stage, float threshold) override {
+    // Only the combined filter reports it, once it is a valid selection.
+    if (stage == lm::Stage::kProportionAngle &&
+        !(threshold <= lm::kNoSelection))
+      lm::printThreshold(threshold, true);
   }
   void onFiltered(lm::Stage stage, int kept, int count) override {
     if (stage != lm::Stage::kBand) lm::printKept(kept, count);
