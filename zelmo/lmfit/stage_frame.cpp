@@ -77,7 +77,8 @@ std::vector<int> withoutLargest(const std::vector<int>& candidates,
     }
   }
   const int missing = k - dropped;
-  if (dropped<k&& static_cast<int>(pending.size())> missing)
+  const int held = static_cast<int>(pending.size());
+  if (dropped < k && held > missing)
     kept.insert(kept.end(), pending.begin(), pending.end() - missing);
   return kept;
 }
