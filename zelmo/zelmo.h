@@ -15,6 +15,10 @@
 #include "zelmo/simplex/principal_axes.h"
 #include "zelmo/simplex/sphere_fit.h"
 
+#include "zelmo/lmfit/filter_param.h"
+#include "zelmo/lmfit/plane_fit_lm.h"
+#include "zelmo/lmfit/zelmo_lm.h"
+
 #include "zelmo/measure/geo_constructor.h"
 #include "zelmo/measure/geo_tolerance.h"
 
