@@ -3,6 +3,7 @@
 #include <cmath>
 #include <opencv2/imgproc.hpp>
 
+#include "zelmo/feature/frame_toolkit.h"
 #include "zelmo/simplex/axis_geometry.h"
 #include "zelmo/simplex/residual_sums.h"
 #include "zelmo/solver/simplex_loop.h"
@@ -18,9 +19,6 @@ constexpr int kPlaneMaxIter = 10000;
 constexpr int kPlaneMinPoints = 3;
 // The step of the descent is the signed largest normal component over this.
 constexpr double kPlaneStepDivisor = 100.0;
-// A projected point nearer than this to the centroid in every coordinate
-// cannot give the rectangle's x axis.
-constexpr double kCornerAxisMinOffset = 0.01;
 
 template <Aggregate kind>
 double PlaneDistances(const gsl_vector* v, void* params) {
@@ -30,27 +28,6 @@ double PlaneDistances(const gsl_vector* v, void* params) {
   for (const cv::Point3f& x : zelmo::simplexfit::PointsOf(params))
     sum.add(std::fabs(a * x.x + b * x.y + c * x.z + d));
   return sum.value() / std::sqrt(a * a + b * b + c * c);
-}
-
-cv::Vec3d Unit(const cv::Vec3d& v) { return v * (1.0 / cv::norm(v)); }
-
-// The in-plane x axis of the corner frame: towards the first projected
-// point off the centroid, else a fixed axis crossed into the plane.
-cv::Vec3d CornerAxis(const std::vector<cv::Point3f>& projected,
-                     const cv::Vec3d& c,
-                     const cv::Vec3d& n) {
-  for (const cv::Point3f& q : projected) {
-    const cv::Vec3d diff = cv::Vec3d(q.x, q.y, q.z) - c;
-    if (!(std::fabs(diff[0]) < kCornerAxisMinOffset &&
-          std::fabs(diff[1]) < kCornerAxisMinOffset &&
-          std::fabs(diff[2]) < kCornerAxisMinOffset))
-      return Unit(diff);
-  }
-  const bool aLargest =
-      std::fabs(n[0]) >= std::fabs(n[1]) && std::fabs(n[0]) >= std::fabs(n[2]);
-  const cv::Vec3d t = aLargest ? cv::Vec3d(0, 1, 0) : cv::Vec3d(1, 0, 0);
-  const cv::Vec3d w = Unit(n.cross(t));
-  return Unit(w.cross(n));
 }
 
 }  // namespace
@@ -102,29 +79,15 @@ double XPlaneFit::Chebyshev_MaxDistance(const gsl_vector* v, void* params) {
 void XPlaneFit::getFourCorner(const std::vector<cv::Point3f>& points,
                               double* const params,
                               float* const corners) {
-  std::vector<cv::Point3f> projected;
-  projection2Plane(points, params, projected);
-  const cv::Vec3d c = zelmo::simplexfit::MeanInDouble(projected);
-  const cv::Vec3d n(params[0], params[1], params[2]);
-  const cv::Vec3d u = CornerAxis(projected, c, n);
-  const cv::Vec3d v = Unit(n.cross(u));
-
-  const cv::Vec3d targetNormals[3] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
-  const cv::Point3d targetPoints[3] = {{0, 0, 0}, {0, 0, 0}, {0, 0, 0}};
-  const cv::Vec3d sourceNormals[3] = {u, v, n};
-  const cv::Point3d sourcePoints[3] = {cv::Point3d(c), cv::Point3d(c),
-                                       cv::Point3d(c)};
+  // The local frame of the plane; a cloud gathered in one spot still gets
+  // an in-plane x axis.
+  std::vector<cv::Point2f> local;
   double T[16], I[16];
-  alignBy3Plane(targetNormals, targetPoints, sourceNormals, sourcePoints, T);
+  zelmo::frame::projectToPlaneFrame(points, params,
+                                    zelmo::frame::AxisFallback::kSeedAxis,
+                                    zelmo::frame::AlignMode::kPlain, local, T);
   convertMatrixRT(T, I);
 
-  std::vector<cv::Point2f> local(projected.size());
-  for (size_t k = 0; k < projected.size(); ++k) {
-    const double x = projected[k].x, y = projected[k].y, z = projected[k].z;
-    local[k] =
-        cv::Point2f(static_cast<float>(T[0] * x + T[1] * y + T[2] * z + T[3]),
-                    static_cast<float>(T[4] * x + T[5] * y + T[6] * z + T[7]));
-  }
   // The rectangle's angle is deliberately ignored: it is taken parallel to
   // the local axes.
   const cv::RotatedRect box = cv::minAreaRect(local);
