@@ -15,4 +15,12 @@
 #include "zelmo/display/rectangle3d.h"
 #include "zelmo/display/round_groove3d.h"
 
+#include "zelmo/simplex/cone_fit.h"
+#include "zelmo/simplex/cylinder_fit.h"
+#include "zelmo/simplex/fit_frame.h"
+#include "zelmo/simplex/line_fit.h"
+#include "zelmo/simplex/plane_fit.h"
+#include "zelmo/simplex/principal_axes.h"
+#include "zelmo/simplex/sphere_fit.h"
+
 #endif  // ZELMO_ZELMO_H_
