@@ -47,8 +47,7 @@ cv::Mat Scatter(const std::vector<cv::Point3f>& points,
   }
   cv::Mat M(3, 3, CV_64F);
   for (int r = 0; r < 3; ++r)
-    for (int k = 0; k < 3; ++k)
-      M.at<double>(r, k) = k >= r ? m[r][k] : m[k][r];
+    for (int k = 0; k < 3; ++k) M.at<double>(r, k) = k >= r ? m[r][k] : m[k][r];
   return M;
 }
 
@@ -88,8 +87,8 @@ void FitEachPrincipalAxis(
   double best[kParams];
   double bestScore = 0.0;
   for (int i = 0; i < 3; ++i) {
-    const double score = fitAxis(vectors.ptr<double>(i),
-                                 values.at<double>(i), c, p);
+    const double score =
+        fitAxis(vectors.ptr<double>(i), values.at<double>(i), c, p);
     if (i == 0 || score < bestScore) {
       bestScore = score;
       std::copy(p, p + kParams, best);

@@ -4,9 +4,8 @@
 #define ZELMO_SIMPLEX_AXIS_GEOMETRY_H_
 
 #include <functional>
-#include <vector>
-
 #include <opencv2/core.hpp>
+#include <vector>
 
 namespace zelmo {
 namespace simplexfit {

@@ -115,8 +115,8 @@ void XConeFit::calcConeBasePoint_Center(const float* points,
                          static_cast<float>(params[1]),
                          static_cast<float>(params[2]));
   const double* u = params + 3;
-  const zelmo::simplexfit::AxialSpan span = zelmo::simplexfit::MeasureAlongAxis(
-      toPoints(points, count), apex, u);
+  const zelmo::simplexfit::AxialSpan span =
+      zelmo::simplexfit::MeasureAlongAxis(toPoints(points, count), apex, u);
   height = std::fabs(span.tmax - span.tmin);
   const double a[3] = {apex.x, apex.y, apex.z};
   for (int k = 0; k < 3; ++k) {

@@ -2,10 +2,10 @@
 #ifndef ZELMO_SIMPLEX_CONE_FIT_H_
 #define ZELMO_SIMPLEX_CONE_FIT_H_
 
-#include <vector>
-
 #include <gsl/gsl_multimin.h>
+
 #include <opencv2/core.hpp>
+#include <vector>
 
 #include "zelmo/export.h"
 #include "zelmo/simplex/fit_frame.h"
@@ -67,8 +67,7 @@ class ZELMO_API XConeFit : public X3DSimplexFit {
   static double m_optimal_value_cone;
 
  private:
-  bool getInitialValue(const std::vector<cv::Point3f>& points,
-                       double* const p);
+  bool getInitialValue(const std::vector<cv::Point3f>& points, double* const p);
   // Descends from p with the step of the cone; returns the iterations.
   int descendFrom(double* const p);
 

@@ -54,9 +54,8 @@ void StartOnAxis(const cv::Point3f& c,
 double XCylinderFit::m_optimal_value = 0.0;
 
 XCylinderFit::XCylinderFit()
-    : X3DSimplexFit(kCylinderDimension,
-                    kCylinderMaxIter,
-                    &Distance_LeastAbsDev) {}
+    : X3DSimplexFit(
+          kCylinderDimension, kCylinderMaxIter, &Distance_LeastAbsDev) {}
 
 bool XCylinderFit::Fit(const std::vector<cv::Point3f>& points,
                        double* const params,
@@ -111,8 +110,7 @@ bool XCylinderFit::getInitialValue(const std::vector<cv::Point3f>& points,
 }
 
 void XCylinderFit::calcCylinderHeight_Center(
-    const std::vector<cv::Point3f>& points,
-    double* const p) {
+    const std::vector<cv::Point3f>& points, double* const p) {
   const cv::Point3f origin(static_cast<float>(p[0]), static_cast<float>(p[1]),
                            static_cast<float>(p[2]));
   const zelmo::simplexfit::AxialSpan span =
@@ -139,8 +137,7 @@ double XCylinderFit::Distance_LeastAbsDev(const gsl_vector* v, void* params) {
   return CylinderDistances<Aggregate::kSum>(v, params);
 }
 
-double XCylinderFit::Chebyshev_MaxDistance(const gsl_vector* v,
-                                           void* params) {
+double XCylinderFit::Chebyshev_MaxDistance(const gsl_vector* v, void* params) {
   return CylinderDistances<Aggregate::kMax>(v, params);
 }
 

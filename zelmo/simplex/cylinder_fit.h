@@ -2,10 +2,10 @@
 #ifndef ZELMO_SIMPLEX_CYLINDER_FIT_H_
 #define ZELMO_SIMPLEX_CYLINDER_FIT_H_
 
-#include <vector>
-
 #include <gsl/gsl_multimin.h>
+
 #include <opencv2/core.hpp>
+#include <vector>
 
 #include "zelmo/export.h"
 #include "zelmo/simplex/fit_frame.h"
@@ -51,8 +51,7 @@ class ZELMO_API XCylinderFit : public X3DSimplexFit {
   static double m_optimal_value;
 
  private:
-  bool getInitialValue(const std::vector<cv::Point3f>& points,
-                       double* const p);
+  bool getInitialValue(const std::vector<cv::Point3f>& points, double* const p);
   // p[7] = extent of the points along the axis, from the axis point rounded
   // to float; p[0..2] = the middle of that extent on the axis.
   void calcCylinderHeight_Center(const std::vector<cv::Point3f>& points,

@@ -12,10 +12,9 @@ X3DFit::X3DFit() {}
 
 X3DFit::~X3DFit() {}
 
-void X3DFit::projection2Plane_tranformed(
-    const std::vector<cv::Point3f>& points,
-    double* const plane,
-    std::vector<cv::Point2f>& out) {
+void X3DFit::projection2Plane_tranformed(const std::vector<cv::Point3f>& points,
+                                         double* const plane,
+                                         std::vector<cv::Point2f>& out) {
   zelmo::frame::projection2Plane_tranformed(points, plane, out, nullptr,
                                             zelmo::frame::AlignMode::kPlain);
 }
@@ -52,9 +51,7 @@ void X3DFit::projection2Plane(const std::vector<cv::Point3f>& points,
   zelmo::frame::projection2Plane(points, plane, out);
 }
 
-X3DSimplexFit::X3DSimplexFit(size_t dimension,
-                             int maxIter,
-                             Objective objective)
+X3DSimplexFit::X3DSimplexFit(size_t dimension, int maxIter, Objective objective)
     : m_function{objective, dimension, nullptr},
       m_minimizer(zelmo::solver::NewMinimiser(dimension)),
       m_maxIter(maxIter),
@@ -73,17 +70,14 @@ X3DSimplexFit::~X3DSimplexFit() {
   gsl_multimin_fminimizer_free(m_minimizer);
 }
 
-void X3DSimplexFit::setMaxIter(const int& maxIter) {
-  m_maxIter = maxIter;
-}
+void X3DSimplexFit::setMaxIter(const int& maxIter) { m_maxIter = maxIter; }
 
 void X3DSimplexFit::setStartValue(const double* const p) {
   zelmo::solver::CopyToVector(p, m_start);
 }
 
 void X3DSimplexFit::setPoints(const std::vector<cv::Point3f>& points) {
-  m_function.params =
-      const_cast<void*>(static_cast<const void*>(&points));
+  m_function.params = const_cast<void*>(static_cast<const void*>(&points));
 }
 
 void X3DSimplexFit::setObjective(Objective objective) {

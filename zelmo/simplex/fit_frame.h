@@ -4,11 +4,11 @@
 #ifndef ZELMO_SIMPLEX_FIT_FRAME_H_
 #define ZELMO_SIMPLEX_FIT_FRAME_H_
 
-#include <cstddef>
-#include <vector>
-
 #include <gsl/gsl_multimin.h>
+
+#include <cstddef>
 #include <opencv2/core.hpp>
+#include <vector>
 
 #include "zelmo/export.h"
 

@@ -2,10 +2,10 @@
 #ifndef ZELMO_SIMPLEX_LINE_FIT_H_
 #define ZELMO_SIMPLEX_LINE_FIT_H_
 
-#include <vector>
-
 #include <gsl/gsl_multimin.h>
+
 #include <opencv2/core.hpp>
+#include <vector>
 
 #include "zelmo/export.h"
 #include "zelmo/simplex/fit_frame.h"
@@ -48,8 +48,7 @@ class ZELMO_API XLine3DFit : public X3DSimplexFit {
 
  private:
   // Centroid (float sums, widened) and the axis of largest spread into p.
-  bool getInitialValue(const std::vector<cv::Point3f>& points,
-                       double* const p);
+  bool getInitialValue(const std::vector<cv::Point3f>& points, double* const p);
 
   static double Distance_LeastSquare(const gsl_vector* v, void* params);
   static double Distance_LeastAbsDev(const gsl_vector* v, void* params);

@@ -1,7 +1,6 @@
 #include "zelmo/simplex/plane_fit.h"
 
 #include <cmath>
-
 #include <opencv2/imgproc.hpp>
 
 #include "zelmo/simplex/axis_geometry.h"
@@ -47,8 +46,8 @@ cv::Vec3d CornerAxis(const std::vector<cv::Point3f>& projected,
           std::fabs(diff[2]) < kCornerAxisMinOffset))
       return Unit(diff);
   }
-  const bool aLargest = std::fabs(n[0]) >= std::fabs(n[1]) &&
-                        std::fabs(n[0]) >= std::fabs(n[2]);
+  const bool aLargest =
+      std::fabs(n[0]) >= std::fabs(n[1]) && std::fabs(n[0]) >= std::fabs(n[2]);
   const cv::Vec3d t = aLargest ? cv::Vec3d(0, 1, 0) : cv::Vec3d(1, 0, 0);
   const cv::Vec3d w = Unit(n.cross(t));
   return Unit(w.cross(n));
@@ -122,9 +121,9 @@ void XPlaneFit::getFourCorner(const std::vector<cv::Point3f>& points,
   std::vector<cv::Point2f> local(projected.size());
   for (size_t k = 0; k < projected.size(); ++k) {
     const double x = projected[k].x, y = projected[k].y, z = projected[k].z;
-    local[k] = cv::Point2f(
-        static_cast<float>(T[0] * x + T[1] * y + T[2] * z + T[3]),
-        static_cast<float>(T[4] * x + T[5] * y + T[6] * z + T[7]));
+    local[k] =
+        cv::Point2f(static_cast<float>(T[0] * x + T[1] * y + T[2] * z + T[3]),
+                    static_cast<float>(T[4] * x + T[5] * y + T[6] * z + T[7]));
   }
   // The rectangle's angle is deliberately ignored: it is taken parallel to
   // the local axes.

@@ -2,10 +2,10 @@
 #ifndef ZELMO_SIMPLEX_PLANE_FIT_H_
 #define ZELMO_SIMPLEX_PLANE_FIT_H_
 
-#include <vector>
-
 #include <gsl/gsl_multimin.h>
+
 #include <opencv2/core.hpp>
+#include <vector>
 
 #include "zelmo/export.h"
 #include "zelmo/simplex/fit_frame.h"
@@ -55,8 +55,7 @@ class ZELMO_API XPlaneFit : public X3DSimplexFit {
 
  private:
   // Regression plane into p; false with p untouched below 3 points.
-  bool getInitialValue(const std::vector<cv::Point3f>& points,
-                       double* const p);
+  bool getInitialValue(const std::vector<cv::Point3f>& points, double* const p);
 
   // Sum over points of |a x + b y + c z + d|, over |(a, b, c)|.
   static double Distance_LeastAbsDev(const gsl_vector* v, void* params);

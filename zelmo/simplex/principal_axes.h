@@ -3,9 +3,8 @@
 #ifndef ZELMO_SIMPLEX_PRINCIPAL_AXES_H_
 #define ZELMO_SIMPLEX_PRINCIPAL_AXES_H_
 
-#include <vector>
-
 #include <opencv2/core.hpp>
+#include <vector>
 
 #include "zelmo/export.h"
 

@@ -4,11 +4,11 @@
 #ifndef ZELMO_SIMPLEX_RESIDUAL_SUMS_H_
 #define ZELMO_SIMPLEX_RESIDUAL_SUMS_H_
 
-#include <cmath>
-#include <vector>
-
 #include <gsl/gsl_vector.h>
+
+#include <cmath>
 #include <opencv2/core.hpp>
+#include <vector>
 
 namespace zelmo {
 namespace simplexfit {

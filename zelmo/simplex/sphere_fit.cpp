@@ -86,9 +86,9 @@ bool XSphereFit::leastSquareFit(const std::vector<cv::Point3f>& points,
                      sxy, syy, syz, sy,                            //
                      sxz, syz, szz, sz,                            //
                      sx, sy, sz, n);
-  const cv::Mat b = (cv::Mat_<double>(4, 1) << -(sxxx + sxyy + sxzz),
-                     -(sxxy + syyy + syzz), -(sxxz + syyz + szzz),
-                     -(sxx + syy + szz));
+  const cv::Mat b =
+      (cv::Mat_<double>(4, 1) << -(sxxx + sxyy + sxzz), -(sxxy + syyy + syzz),
+       -(sxxz + syyz + szzz), -(sxx + syy + szz));
   const cv::Mat s = A.inv() * b;  // D, E, F, G; zero when A is singular
   const double D = s.at<double>(0), E = s.at<double>(1), F = s.at<double>(2),
                G = s.at<double>(3);

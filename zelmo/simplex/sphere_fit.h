@@ -2,10 +2,10 @@
 #ifndef ZELMO_SIMPLEX_SPHERE_FIT_H_
 #define ZELMO_SIMPLEX_SPHERE_FIT_H_
 
-#include <vector>
-
 #include <gsl/gsl_multimin.h>
+
 #include <opencv2/core.hpp>
+#include <vector>
 
 #include "zelmo/export.h"
 #include "zelmo/simplex/fit_frame.h"
@@ -39,8 +39,7 @@ class ZELMO_API XSphereFit : public X3DSimplexFit {
   // The sphere x^2 + y^2 + z^2 + D x + E y + F z + G = 0 solved in
   // coordinates about the centroid, as center and radius into p; false
   // with p untouched below 4 points.
-  bool leastSquareFit(const std::vector<cv::Point3f>& points,
-                      double* const p);
+  bool leastSquareFit(const std::vector<cv::Point3f>& points, double* const p);
 
   static double Distance_LeastAbsDev(const gsl_vector* v, void* params);
   static double Chebyshev_MaxDistance(const gsl_vector* v, void* params);

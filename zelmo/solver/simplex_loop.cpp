@@ -1,10 +1,10 @@
 #include "zelmo/solver/simplex_loop.h"
 
+#include <gsl/gsl_errno.h>
+
 #include <algorithm>
 #include <cmath>
 #include <mutex>
-
-#include <gsl/gsl_errno.h>
 
 namespace zelmo {
 namespace solver {
@@ -60,8 +60,7 @@ double SignedLargest3(const double* v) {
 }
 
 double LargestAbs3(const double* v) {
-  return std::max(std::max(std::fabs(v[0]), std::fabs(v[1])),
-                  std::fabs(v[2]));
+  return std::max(std::max(std::fabs(v[0]), std::fabs(v[1])), std::fabs(v[2]));
 }
 
 void NormaliseByDirection(double* p, int count) {

@@ -9,9 +9,9 @@
 #ifndef ZELMO_SOLVER_SIMPLEX_LOOP_H_
 #define ZELMO_SOLVER_SIMPLEX_LOOP_H_
 
-#include <cstddef>
-
 #include <gsl/gsl_multimin.h>
+
+#include <cstddef>
 
 namespace zelmo {
 namespace solver {
