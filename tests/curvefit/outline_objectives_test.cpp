@@ -2,11 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <random>
 #include <vector>
 
-#include "tests/support/samplers.h"
-#include "zelmo/curvefit/angled_fit2d.h"
 #include "zelmo/curvefit/circle_fit2d.h"
 #include "zelmo/curvefit/one_sided_objectives.h"
 #include "zelmo/curvefit/outline_distances.h"
@@ -87,50 +84,6 @@ TEST(OneSidedObjectives, FoldEveryMethodByItsTable) {
       Evaluate(&MaximumInscribedObjective, {0, 0, 0.5}, {{1.5f, 0}}), 19999.5);
   EXPECT_DOUBLE_EQ(Evaluate(&MaximumInscribedObjective, {0, 0, -1}, {}),
                    (1e50 + 1) * 10000 + 2e10);
-}
-
-TEST(CircleStart, AlgebraicCircleOrRefusalForCollinearPoints) {
-  std::vector<cv::Point2f> pts;
-  for (int i = 0; i < 7; ++i) {
-    const double a = 0.4 + i * 0.3;  // an arc
-    pts.emplace_back(-30 + 7 * std::cos(a), 12 + 7 * std::sin(a));
-  }
-  double p[3] = {0, 0, -1};
-  ASSERT_TRUE(CircleStart(pts, p));
-  EXPECT_NEAR(p[0], -30, 1e-4);
-  EXPECT_NEAR(p[1], 12, 1e-4);
-  EXPECT_NEAR(p[2], 7, 1e-4);
-
-  const std::vector<cv::Point2f> line = {{0, 0}, {1, 0}, {2, 0}, {5, 0}};
-  double q[3] = {1, 2, 3};
-  EXPECT_FALSE(CircleStart(line, q));
-  EXPECT_FALSE(FitCircle2D(line, 1, q));
-  EXPECT_EQ(q[0], 1);
-  EXPECT_EQ(q[2], 3);
-}
-
-TEST(MinAreaStart, LongAxisWhicheverSideOpenCvCallsWidth) {
-  std::mt19937 rng(107);
-  std::uniform_real_distribution<double> angle(-3.2, 3.2);
-  for (int trial = 0; trial < 12; ++trial) {
-    const double t = angle(rng);
-    SCOPED_TRACE(testing::Message()
-                 << "seed 107 trial " << trial << " t " << t);
-    const double c = std::cos(t), s = std::sin(t);
-    std::vector<cv::Point2f> pts;
-    for (int i = 0; i <= 20; ++i) {
-      const double u = -6 + 0.6 * i;
-      for (double w : {-2.0, 2.0})
-        pts.emplace_back(5 + u * c - w * s, -4 + u * s + w * c);
-    }
-    const LongAxisStart st = MinAreaStart(pts);
-    EXPECT_NEAR(st.cx, 5, 1e-3);
-    EXPECT_NEAR(st.cy, -4, 1e-3);
-    EXPECT_NEAR(st.longHalf, 6, 1e-3);
-    EXPECT_NEAR(st.shortHalf, 2, 1e-3);
-    // The start's direction spans the long side (either sign).
-    EXPECT_NEAR(std::fabs(std::cos(st.t) * c + std::sin(st.t) * s), 1, 1e-6);
-  }
 }
 
 }  // namespace
