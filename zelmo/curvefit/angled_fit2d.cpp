@@ -90,13 +90,13 @@ bool FitAngled2D(const std::vector<cv::Point2f>& points,
 
 }  // namespace
 
-const OutlineSpec kOvalGrooveOutline = {
+const OutlineShape kOvalGrooveOutline = {
     OvalGrooveShape::kMinPoints, OvalGrooveShape::kSizes, true,
     &FitOvalGroove2D, &OvalGrooveShape::accepted};
-const OutlineSpec kRectangleOutline = {
+const OutlineShape kRectangleOutline = {
     RectangleShape::kMinPoints, RectangleShape::kSizes, true, &FitRectangle2D,
     &RectangleShape::accepted};
-const OutlineSpec kRoundGrooveOutline = {
+const OutlineShape kRoundGrooveOutline = {
     RoundGrooveShape::kMinPoints, RoundGrooveShape::kSizes, true,
     &FitRoundGroove2D, &RoundGrooveShape::accepted};
 

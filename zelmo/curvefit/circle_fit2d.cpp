@@ -23,8 +23,8 @@ bool AnyRadius(const float*) { return true; }
 
 }  // namespace
 
-const OutlineSpec kCircleOutline = {kCircleMinPoints, 1, false, &FitCircle2D,
-                                    &AnyRadius};
+const OutlineShape kCircleOutline = {kCircleMinPoints, 1, false, &FitCircle2D,
+                                     &AnyRadius};
 
 bool CircleStart(const std::vector<cv::Point2f>& points, double* const p) {
   double Sx = 0, Sy = 0, Sxx = 0, Syy = 0, Sxy = 0;

@@ -47,7 +47,7 @@ void XCurve3DFit::projection2Plane(const std::vector<cv::Point3f>& points,
 }
 
 bool XCurve3DFit::fitOutline(const std::vector<cv::Point3f>& points,
-                             const zelmo::curvefit::OutlineSpec& shape,
+                             const zelmo::curvefit::OutlineShape& shape,
                              FitMethod method,
                              float* out,
                              float* result) {
@@ -60,7 +60,7 @@ bool XCurve3DFit::fitOutline(const std::vector<cv::Point3f>& points,
 
 bool XCurve3DFit::fitOutline(const float* points,
                              const int& count,
-                             const zelmo::curvefit::OutlineSpec& shape,
+                             const zelmo::curvefit::OutlineShape& shape,
                              FitMethod method,
                              float* out,
                              float* result) {
@@ -71,7 +71,7 @@ bool XCurve3DFit::fitOutline(const float* points,
 bool XCurve3DFit::fitOutline(const float* points,
                              const float* normals,
                              const int& count,
-                             const zelmo::curvefit::OutlineSpec& shape,
+                             const zelmo::curvefit::OutlineShape& shape,
                              FitMethod method,
                              float* out,
                              float* result) {

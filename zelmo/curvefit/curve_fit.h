@@ -15,7 +15,7 @@
 
 namespace zelmo {
 namespace curvefit {
-struct OutlineSpec;
+struct OutlineShape;
 }  // namespace curvefit
 }  // namespace zelmo
 
@@ -66,14 +66,14 @@ class ZELMO_API XCurve3DFit {
   // subclass's last result; returns whether they passed. Too few points or
   // a failed start value give false with `out` and `result` untouched.
   bool fitOutline(const std::vector<cv::Point3f>& points,
-                  const zelmo::curvefit::OutlineSpec& shape,
+                  const zelmo::curvefit::OutlineShape& shape,
                   FitMethod method,
                   float* out,
                   float* result);
   // The same on `count` x, y, z triples.
   bool fitOutline(const float* points,
                   const int& count,
-                  const zelmo::curvefit::OutlineSpec& shape,
+                  const zelmo::curvefit::OutlineShape& shape,
                   FitMethod method,
                   float* out,
                   float* result);
@@ -83,7 +83,7 @@ class ZELMO_API XCurve3DFit {
   bool fitOutline(const float* points,
                   const float* normals,
                   const int& count,
-                  const zelmo::curvefit::OutlineSpec& shape,
+                  const zelmo::curvefit::OutlineShape& shape,
                   FitMethod method,
                   float* out,
                   float* result);

@@ -8,7 +8,7 @@ namespace zelmo {
 namespace curvefit {
 
 FitOutcome FitFlatOutline(const std::vector<cv::Point3f>& points,
-                          const OutlineSpec& shape,
+                          const OutlineShape& shape,
                           int method,
                           float* out) {
   if (points.size() < shape.minPoints) return FitOutcome::kRefused;

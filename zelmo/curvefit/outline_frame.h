@@ -20,7 +20,7 @@ constexpr int kMaxOutlineParams = 6;
 constexpr int kPlacementFloats = 9;
 
 // One outline in the common frame.
-struct OutlineSpec {
+struct OutlineShape {
   // Fewer points are refused before any fit.
   size_t minPoints;
   // Sizes in the 2D parameters after (cx, cy) and in the result after the
@@ -36,10 +36,10 @@ struct OutlineSpec {
   bool (*sizesAccepted)(const float* sizes);
 };
 
-extern const OutlineSpec kCircleOutline;
-extern const OutlineSpec kOvalGrooveOutline;
-extern const OutlineSpec kRectangleOutline;
-extern const OutlineSpec kRoundGrooveOutline;
+extern const OutlineShape kCircleOutline;
+extern const OutlineShape kOvalGrooveOutline;
+extern const OutlineShape kRectangleOutline;
+extern const OutlineShape kRoundGrooveOutline;
 
 // How FitFlatOutline ended.
 enum class FitOutcome {
@@ -55,7 +55,7 @@ enum class FitOutcome {
 // plane's), majorDir (the local x axis turned by the fitted angle) and the
 // sizes as floats into `out`, 9 + sizeCount of them.
 FitOutcome FitFlatOutline(const std::vector<cv::Point3f>& points,
-                          const OutlineSpec& shape,
+                          const OutlineShape& shape,
                           int method,
                           float* out);
 
