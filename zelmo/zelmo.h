@@ -15,6 +15,13 @@
 #include "zelmo/simplex/principal_axes.h"
 #include "zelmo/simplex/sphere_fit.h"
 
+#include "zelmo/curvefit/circle_fit.h"
+#include "zelmo/curvefit/curve_fit.h"
+#include "zelmo/curvefit/fit_method.h"
+#include "zelmo/curvefit/oval_groove_fit.h"
+#include "zelmo/curvefit/rectangle_fit.h"
+#include "zelmo/curvefit/round_groove_fit.h"
+
 #include "zelmo/lmfit/filter_param.h"
 #include "zelmo/lmfit/plane_fit_lm.h"
 #include "zelmo/lmfit/zelmo_lm.h"
