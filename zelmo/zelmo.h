@@ -14,7 +14,11 @@
 #include "zelmo/display/oval_groove3d.h"
 #include "zelmo/display/rectangle3d.h"
 #include "zelmo/display/round_groove3d.h"
+
+#include "zelmo/measure/feature_constructor.h"
+#include "zelmo/measure/feature_dimension.h"
 #include "zelmo/measure/geo_constructor.h"
+#include "zelmo/measure/geo_dimension.h"
 #include "zelmo/measure/geo_tolerance.h"
 
 #endif  // ZELMO_ZELMO_H_
