@@ -13,7 +13,6 @@
 namespace xgeofeature {
 namespace {
 
-using zelmo::test::DistanceToLine;
 using zelmo::test::ExpectNear3;
 using zelmo::test::Frame;
 using zelmo::test::kRecordDirTol;
@@ -22,7 +21,6 @@ using zelmo::test::kRecordPosTol;
 using zelmo::test::kUnwritten;
 using zelmo::test::Plane;
 using zelmo::test::Pt;
-using zelmo::test::RandomFrame;
 using zelmo::test::SignedDistance;
 using zelmo::test::V;
 using C = XGeoFConstructor;
@@ -32,7 +30,7 @@ TEST(XGeoFConstructorOffsets, TangentLinesTouchBothCirclesFromOneSide) {
   std::uniform_real_distribution<double> radius(0, 30), coord(-40, 40);
   for (int trial = 0; trial < 30; ++trial) {
     SCOPED_TRACE(trial);
-    const Frame f = RandomFrame(rng, kRecordMaxOffset);
+    const Frame f = zelmo::test::RandomFrame(rng, kRecordMaxOffset);
     const XFPoint centers[2] = {Pt(f.At(coord(rng), coord(rng), 0)),
                                 Pt(f.At(coord(rng) + 150, coord(rng), 0))};
     float radii[2] = {float(radius(rng)), float(radius(rng))};
@@ -44,27 +42,21 @@ TEST(XGeoFConstructorOffsets, TangentLinesTouchBothCirclesFromOneSide) {
     const cv::Vec3d across = f.w.cross(V(centers[1]) - V(centers[0]));
     double sides[2];
     for (int k = 0; k < 2; ++k) {
+      // In the plane, from the touch point on the larger circle to the one
+      // on the smaller, both circles on the same side of it.
       const XFLine3D2& line = lines[k];
       EXPECT_NEAR(V(line.dir).dot(f.w), 0.0, kRecordDirTol);
-      EXPECT_NEAR(SignedDistance(V(line.center), Plane(f.origin, f.w)), 0.0,
-                  kRecordPosTol);
-      // Each circle touches the line, both from the same side.
-      const cv::Vec3d normal = f.w.cross(V(line.dir));
-      for (int i = 0; i < 2; ++i)
-        EXPECT_NEAR(DistanceToLine(V(centers[i]), line), radii[i],
+      XFPoint ends[2];
+      line.getStartPoint(ends[large]);
+      line.getEndPoint(ends[1 - large]);
+      cv::Vec3d normal = f.w.cross(V(line.dir));
+      if ((V(centers[large]) - V(ends[large])).dot(normal) < 0) normal *= -1;
+      for (int i = 0; i < 2; ++i) {
+        EXPECT_NEAR((V(centers[i]) - V(ends[i])).dot(normal), radii[i],
                     kRecordPosTol);
-      EXPECT_GE((V(centers[0]) - V(line.center)).dot(normal) *
-                    (V(centers[1]) - V(line.center)).dot(normal),
-                -kRecordPosTol);
-      // The segment runs from the touch point on the larger circle to the
-      // one on the smaller.
-      XFPoint start, end;
-      line.getStartPoint(start);
-      line.getEndPoint(end);
-      EXPECT_NEAR(cv::norm(V(start) - V(centers[large])), radii[large],
-                  kRecordPosTol);
-      EXPECT_NEAR(cv::norm(V(end) - V(centers[1 - large])), radii[1 - large],
-                  kRecordPosTol);
+        EXPECT_NEAR(cv::norm(V(centers[i]) - V(ends[i])), radii[i],
+                    kRecordPosTol);
+      }
       sides[k] = (V(line.center) - V(centers[0])).dot(across);
     }
     EXPECT_LT(sides[0] * sides[1], 0.0);  // one tangent on either side
@@ -92,7 +84,7 @@ TEST(XGeoFConstructorOffsets, TangentPlanesKeepEachPointAtItsOffset) {
   std::uniform_real_distribution<double> offset(0, 12), jitter(-15, 15);
   for (int trial = 0; trial < 30; ++trial) {
     SCOPED_TRACE(trial);
-    const Frame f = RandomFrame(rng, kRecordMaxOffset);
+    const Frame f = zelmo::test::RandomFrame(rng, kRecordMaxOffset);
     const XFPoint points[3] = {Pt(f.At(jitter(rng), jitter(rng), 0)),
                                Pt(f.At(100 + jitter(rng), jitter(rng), 0)),
                                Pt(f.At(jitter(rng), 90 + jitter(rng), 0))};

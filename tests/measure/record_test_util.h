@@ -1,5 +1,5 @@
-// Building feature records from double vectors and reading them back, for
-// the tests of the constructions and dimensions on records.
+// Feature records from double vectors and back, for the tests of the
+// constructions and dimensions on records.
 #ifndef ZELMO_TESTS_MEASURE_RECORD_TEST_UTIL_H_
 #define ZELMO_TESTS_MEASURE_RECORD_TEST_UTIL_H_
 
@@ -25,15 +25,15 @@ inline cv::Vec3d V(const float* v) { return cv::Vec3d(v[0], v[1], v[2]); }
 inline cv::Vec3d V(const xgeofeature::XFPoint& p) {
   return cv::Vec3d(p.x, p.y, p.z);
 }
-
-inline xgeofeature::XFPoint Pt(const cv::Vec3d& v) {
-  return xgeofeature::XFPoint(float(v[0]), float(v[1]), float(v[2]));
-}
-
 inline void Put(const cv::Vec3d& v, float* out) {
   for (int k = 0; k < 3; ++k) out[k] = static_cast<float>(v[k]);
 }
-
+inline xgeofeature::XFPoint Pt(const cv::Vec3d& v) {
+  float p[3];
+  Put(v, p);
+  return xgeofeature::XFPoint(p);
+}
+// A line or plane record with the direction made unit.
 inline xgeofeature::XFLine3D2 Line(const cv::Vec3d& center,
                                    const cv::Vec3d& dir,
                                    float length) {
@@ -42,7 +42,6 @@ inline xgeofeature::XFLine3D2 Line(const cv::Vec3d& center,
   Put(dir / cv::norm(dir), d);
   return xgeofeature::XFLine3D2(c, d, length);
 }
-
 inline xgeofeature::XFPlane Plane(const cv::Vec3d& center,
                                   const cv::Vec3d& normal) {
   float c[3], n[3];
@@ -50,17 +49,10 @@ inline xgeofeature::XFPlane Plane(const cv::Vec3d& center,
   Put(normal / cv::norm(normal), n);
   return xgeofeature::XFPlane(c, n);
 }
-
 // Signed distance of `p` from the plane record, along its normal.
 inline double SignedDistance(const cv::Vec3d& p,
                              const xgeofeature::XFPlane& plane) {
   return (p - V(plane.center)).dot(V(plane.normal));
-}
-
-// Distance of `p` from the infinite line through the record.
-inline double DistanceToLine(const cv::Vec3d& p,
-                             const xgeofeature::XFLine3D2& line) {
-  return cv::norm((p - V(line.center)).cross(V(line.dir)));
 }
 
 }  // namespace test

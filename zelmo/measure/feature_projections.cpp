@@ -25,6 +25,14 @@ constexpr float kMirroredNormalLength = 2.0f;
 // Starting value of the largest extent in getPlaneAverage.
 constexpr float kNoExtent = -1.0f;
 
+// The mirror image of `p` through its foot on `feature`.
+template <typename Feature>
+int mirrorThroughFoot(const XFPoint& p, const Feature& feature, XFPoint& out) {
+  XFPoint foot;
+  XGeoFConstructor::getProjectionPoint(p, feature, foot);
+  return XGeoFConstructor::getPointSymmetry(p, foot, out);
+}
+
 }  // namespace
 
 int XGeoFConstructor::getProjectionPoint(const XFPoint& point,
@@ -129,17 +137,13 @@ int XGeoFConstructor::getPointSymmetry(const XFPoint& p,
 int XGeoFConstructor::getPointSymmetry(const XFPoint& p,
                                        const XFLine3D2& line,
                                        XFPoint& out) {
-  XFPoint foot;
-  getProjectionPoint(p, line, foot);
-  return getPointSymmetry(p, foot, out);
+  return mirrorThroughFoot(p, line, out);
 }
 
 int XGeoFConstructor::getPointSymmetry(const XFPoint& p,
                                        const XFPlane& plane,
                                        XFPoint& out) {
-  XFPoint foot;
-  getProjectionPoint(p, plane, foot);
-  return getPointSymmetry(p, foot, out);
+  return mirrorThroughFoot(p, plane, out);
 }
 
 int XGeoFConstructor::getProjectionLine(const XFLine3D2& line,
