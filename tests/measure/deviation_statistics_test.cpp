@@ -77,10 +77,10 @@ TEST(DeviationStatistics, LineSignAndNearPointRules) {
   };
   double stats[4];
   std::vector<double> dev;
-  lineStatistics(points, line, stats, dev);
+  axisStatistics(points, line, 0.0, true, stats, dev);
   const double wantLine[4] = {4, -3, 2, 0};
   ExpectNearArray(dev.data(), wantLine, 4, 1e-6);
-  cylinderStatistics(points, line, stats, dev);
+  axisStatistics(points, line, line[6], false, stats, dev);
   const double wantCylinder[4] = {-1, -2, -3, -5};
   ExpectNearArray(dev.data(), wantCylinder, 4, 1e-6);
   EXPECT_EQ(dev[3], -5.0);

@@ -36,22 +36,6 @@ void collectStatistics(const std::vector<Point>& points,
 
 cv::Vec3d widen(const cv::Point3f& p) { return cv::Vec3d(p.x, p.y, p.z); }
 
-// Distance of p from the axis (o, d) as |(p - o) x d|, for a unit d. Sets
-// `nearOrigin` instead for a point within kNearAxisPoint of o.
-double axisDistance(const cv::Point3f& p,
-                    const double* axis,
-                    bool* nearOrigin,
-                    double* along) {
-  const cv::Vec3d v = widen(p) - cv::Vec3d(axis[0], axis[1], axis[2]);
-  *nearOrigin = std::fabs(v[0]) < kNearAxisPoint &&
-                std::fabs(v[1]) < kNearAxisPoint &&
-                std::fabs(v[2]) < kNearAxisPoint;
-  if (*nearOrigin) return 0.0;
-  const cv::Vec3d d(axis[3], axis[4], axis[5]);
-  *along = v.dot(d);
-  return cv::norm(v.cross(d));
-}
-
 template <typename Point, int kDims>
 std::vector<Point> copyInterleaved(const float* values, int count) {
   std::vector<Point> points;
@@ -92,33 +76,23 @@ void planeStatistics(const std::vector<cv::Point3f>& points,
       deviations);
 }
 
-void lineStatistics(const std::vector<cv::Point3f>& points,
-                    const double* line,
+void axisStatistics(const std::vector<cv::Point3f>& points,
+                    const double* axis,
+                    double radius,
+                    bool signByAlong,
                     double* stats,
                     std::vector<double>& deviations) {
+  const cv::Vec3d o(axis[0], axis[1], axis[2]), d(axis[3], axis[4], axis[5]);
   collectStatistics(
       points,
       [&](const cv::Point3f& p) {
-        bool nearOrigin = false;
-        double along = 0.0;
-        const double r = axisDistance(p, line, &nearOrigin, &along);
-        return along < 0.0 ? -r : r;
-      },
-      stats, deviations);
-}
-
-void cylinderStatistics(const std::vector<cv::Point3f>& points,
-                        const double* cylinder,
-                        double* stats,
-                        std::vector<double>& deviations) {
-  const double radius = cylinder[6];
-  collectStatistics(
-      points,
-      [&](const cv::Point3f& p) {
-        bool nearOrigin = false;
-        double along = 0.0;
-        const double r = axisDistance(p, cylinder, &nearOrigin, &along);
-        return nearOrigin ? -radius : r - radius;
+        const cv::Vec3d v = widen(p) - o;
+        if (std::fabs(v[0]) < kNearAxisPoint &&
+            std::fabs(v[1]) < kNearAxisPoint &&
+            std::fabs(v[2]) < kNearAxisPoint)
+          return 0.0 - radius;  // on o: no cross product; +0 for a line
+        const double r = cv::norm(v.cross(d));
+        return (signByAlong && v.dot(d) < 0.0 ? -r : r) - radius;
       },
       stats, deviations);
 }

@@ -43,18 +43,18 @@ void planeStatistics(const std::vector<cv::Point3f>& points,
                      const double* normal,
                      double* stats,
                      std::vector<double>& deviations);
-// lineStatistics: |(p - o) x d|, negated when (p - o) . d < 0, so the sign
-// tells whether p lies behind o along d; 0 for a point near o.
-void lineStatistics(const std::vector<cv::Point3f>& points,
-                    const double* line,
+// axisStatistics: |(p - o) x d| - radius for the axis o = axis[0..2],
+// d = axis[3..5] (unit; the length is not divided out). With `signByAlong`
+// the distance is negated when (p - o) . d < 0, so its sign tells whether p
+// lies behind o along d ((p - o) . d of exactly 0 stays positive). A point
+// within kNearAxisPoint of o in every coordinate gives -radius. Lines use
+// radius 0 with the sign, cylinders their radius without it.
+void axisStatistics(const std::vector<cv::Point3f>& points,
+                    const double* axis,
+                    double radius,
+                    bool signByAlong,
                     double* stats,
                     std::vector<double>& deviations);
-// cylinderStatistics: |(p - o) x d| - radius (entry 6); -radius for a point
-// near o.
-void cylinderStatistics(const std::vector<cv::Point3f>& points,
-                        const double* cylinder,
-                        double* stats,
-                        std::vector<double>& deviations);
 // sphereStatistics: |p - centre| - radius (entry 3).
 void sphereStatistics(const std::vector<cv::Point3f>& points,
                       const double* sphere,

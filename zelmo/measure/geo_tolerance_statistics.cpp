@@ -27,7 +27,7 @@ void XGeoTolrance::calcStatistics_LinePoint2Line(
     double* const line,
     double* const stats,
     std::vector<double>& deviations) {
-  measure::lineStatistics(points, line, stats, deviations);
+  measure::axisStatistics(points, line, 0.0, true, stats, deviations);
 }
 
 void XGeoTolrance::calcStatistics_CylinderPoint2Cylinder(
@@ -35,7 +35,8 @@ void XGeoTolrance::calcStatistics_CylinderPoint2Cylinder(
     double* const cylinder,
     double* const stats,
     std::vector<double>& deviations) {
-  measure::cylinderStatistics(points, cylinder, stats, deviations);
+  measure::axisStatistics(points, cylinder, cylinder[6], false, stats,
+                          deviations);
 }
 
 void XGeoTolrance::calcStatistics_SpherePoint2Sphere(
