@@ -39,7 +39,8 @@ TEST(XGeoFConstructorOffsets, TangentLinesTouchBothCirclesFromOneSide) {
     const int large = radii[1] > radii[0] ? 1 : 0;
     XFLine3D2 lines[2];
     ASSERT_EQ(C::getLineOffset(centers, radii, Plane(f.origin, f.w), lines), 2);
-    const cv::Vec3d across = f.w.cross(V(centers[1]) - V(centers[0]));
+    const cv::Vec3d across =
+        f.w.cross(V(centers[1 - large]) - V(centers[large]));
     double sides[2];
     for (int k = 0; k < 2; ++k) {
       // In the plane, from the touch point on the larger circle to the one
@@ -57,9 +58,10 @@ TEST(XGeoFConstructorOffsets, TangentLinesTouchBothCirclesFromOneSide) {
         EXPECT_NEAR(cv::norm(V(centers[i]) - V(ends[i])), radii[i],
                     kRecordPosTol);
       }
-      sides[k] = (V(line.center) - V(centers[0])).dot(across);
+      sides[k] = (V(line.center) - V(centers[large])).dot(across);
     }
-    EXPECT_LT(sides[0] * sides[1], 0.0);  // one tangent on either side
+    EXPECT_GT(sides[0], 0.0);  // out[0] on the side of normal x e
+    EXPECT_LT(sides[1], 0.0);
   }
   const XFPlane ground = Plane(cv::Vec3d(0, 0, 0), cv::Vec3d(0, 0, 1));
   const XFPoint centers[2] = {XFPoint(0, 0, 0), XFPoint(2, 0, 0)};

@@ -210,13 +210,16 @@ class ZELMO_API XGeoFConstructor {
 
   // getLineOffset()
   // The outer common tangents in `plane` of the circles about the two
-  // points' projections with the two radii. Returns the number of lines:
-  // 2 (each touching both circles on one side; for unequal radii they run
-  // from the larger circle towards the smaller) or 1 when one circle lies in
-  // the other touching it (the line through the touch point, length 1).
-  // kNegativeRadius for a negative radius; kNoTangent when the radii differ
-  // by more than the distance of the points, or when the points differ only
-  // along the plane's normal (no in-plane direction between them).
+  // points' projections with the two radii; the points are meant to lie in
+  // the plane. With L the centre of the larger radius (the first on a tie),
+  // S the other and e the unit vector from L to S, each line runs from its
+  // touch point on L's circle to the one on S's; out[0] lies on the side of
+  // plane.normal x e, out[1] on the other. Returns the number of lines: 2,
+  // or 1 when the circles touch from inside (the line through the touch
+  // point, dir = unit(normal x e), length 1). kNegativeRadius for a
+  // negative radius; kNoTangent when the radii differ by more than the
+  // distance of the points, or when the points differ only along the
+  // normal (no direction in the plane to build on).
   static int getLineOffset(const XFPoint points[2],
                            const float radii[2],
                            const XFPlane& plane,

@@ -206,9 +206,9 @@ int XGeoFConstructor::getIntersectionCircle(const XFPlane& plane,
   XFPoint hit;
   const int status = getIntersectionPoint(plane, axis, hit);
   if (status < 0) return status;
-  const double r = hit.Distance(XFPoint(cone.apex)) * std::tan(cone.halfAngle);
   const float center[3] = {hit.x, hit.y, hit.z};
-  out = XFCircle3D(center, plane.normal, static_cast<float>(r));
+  out = XFCircle3D(center, plane.normal,
+                   static_cast<float>(zelmo::measure::coneRadiusAt(cone, hit)));
   return kOk;
 }
 

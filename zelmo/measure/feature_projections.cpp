@@ -87,7 +87,7 @@ int XGeoFConstructor::getProjectionPoint(const XFPoint& point,
   if (coincide(f, vec(point))) return kFailed;
   // The cone's surface point in the half plane of `point` at the height of
   // its foot; the answer is the foot on the generator through it.
-  const double r = cv::norm(vec(cone.apex) - f) * std::tan(cone.halfAngle);
+  const double r = zelmo::measure::coneRadiusAt(cone, foot);
   const XFLine3D2 generator = zelmo::measure::lineBetween(
       vec(cone.apex), f + unitOrZero(vec(point) - f) * r);
   return getProjectionPoint(point, generator, out);

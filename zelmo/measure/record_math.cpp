@@ -67,9 +67,14 @@ xgeofeature::XFLine3D2 lineBetween(const cv::Vec3d& from, const cv::Vec3d& to) {
   return out;
 }
 
+double coneRadiusAt(const xgeofeature::XFCone& cone, const XFPoint& onAxis) {
+  return onAxis.Distance(XFPoint(cone.apex)) * std::tan(cone.halfAngle);
+}
+
 XFPoint footOnPlane(const XFPoint& p, const XFPlane& plane) {
-  // Float throughout, left to right: hosts compare these feet bit for bit
-  // with the ones of the dimension records.
+  // Float throughout, left to right; the plane projection of the
+  // constructions and the point-to-plane foot of the dimensions are this
+  // one routine, so they agree to the bit.
   const float s = plane.a * p.x + plane.b * p.y + plane.c * p.z + plane.d;
   return XFPoint(p.x - plane.normal[0] * s, p.y - plane.normal[1] * s,
                  p.z - plane.normal[2] * s);

@@ -11,6 +11,7 @@
 #include "zelmo/feature/line_records.h"
 #include "zelmo/feature/plane_record.h"
 #include "zelmo/feature/point_records.h"
+#include "zelmo/feature/solid_records.h"
 
 namespace zelmo {
 namespace measure {
@@ -49,6 +50,11 @@ void planeArray(const xgeofeature::XFPlane& plane, float* const six);
 // The line record from `from` to `to` (both rounded to float first), by
 // XFLine3D::getLine: unit dir and float length.
 xgeofeature::XFLine3D2 lineBetween(const cv::Vec3d& from, const cv::Vec3d& to);
+
+// The radius of `cone` at `onAxis`, a point of its axis: the distance from
+// the apex (XFPoint::Distance) times tanf(halfAngle).
+double coneRadiusAt(const xgeofeature::XFCone& cone,
+                    const xgeofeature::XFPoint& onAxis);
 
 // The foot of `p` on `plane` by the plane's equation fields, wholly in
 // float: s = a x + b y + c z + d, foot = p - normal x s.
