@@ -26,7 +26,10 @@
 #include "zelmo/lmfit/plane_fit_lm.h"
 #include "zelmo/lmfit/zelmo_lm.h"
 
+#include "zelmo/measure/feature_constructor.h"
+#include "zelmo/measure/feature_dimension.h"
 #include "zelmo/measure/geo_constructor.h"
+#include "zelmo/measure/geo_dimension.h"
 #include "zelmo/measure/geo_tolerance.h"
 
 #include "zelmo/display/circle3d.h"
