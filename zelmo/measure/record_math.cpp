@@ -28,11 +28,6 @@ bool isSmall(const cv::Vec3d& v) {
 
 bool coincide(const cv::Vec3d& a, const cv::Vec3d& b) { return isSmall(a - b); }
 
-cv::Vec3d unitOrZero(const cv::Vec3d& v) {
-  const double n = cv::norm(v);
-  return n == 0.0 ? v : v * (1.0 / n);
-}
-
 cv::Vec3d rotateVector(const double* const rt, const cv::Vec3d& v) {
   cv::Vec3d out;
   for (int r = 0; r < 3; ++r)

@@ -8,6 +8,7 @@
 
 #include <opencv2/core.hpp>
 
+#include "zelmo/feature/frame_toolkit.h"
 #include "zelmo/feature/line_records.h"
 #include "zelmo/feature/plane_record.h"
 #include "zelmo/feature/point_records.h"
@@ -34,8 +35,7 @@ bool isSmall(const cv::Vec3d& v);
 // isSmall(a - b).
 bool coincide(const cv::Vec3d& a, const cv::Vec3d& b);
 
-// `v` of unit length; a zero vector stays zero.
-cv::Vec3d unitOrZero(const cv::Vec3d& v);
+using frame::unitOrZero;
 
 // A rigid transform (16 doubles, row-major) applied to the point `p`, and
 // its rotation alone applied to the direction `v`.
