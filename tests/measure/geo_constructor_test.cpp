@@ -162,6 +162,16 @@ TEST(XGeoConstructor, PlaneIntersectionsAndProjections) {
     EXPECT_EQ(XGeoConstructor::Projection_Line_Plane(line, plane, out), -1);
     for (float v : out) EXPECT_EQ(v, kUnwritten);
   }
+  // A point within 1e-6 of the line's point gives that point exactly; just
+  // outside, the foot moves along the (here non-unit) direction.
+  const float line[6] = {1, 2, 3, 0, 0, 2};
+  const float nearPoint[3] = {1.0000001f, 2, 3.0000005f};
+  const float offPoint[3] = {1, 2, 3.000002f};
+  float foot[3];
+  XGeoConstructor::Projection_Point_Line(nearPoint, line, foot);
+  ExpectNear3(foot, line, 0.0);
+  XGeoConstructor::Projection_Point_Line(offPoint, line, foot);
+  EXPECT_GT(foot[2], 3.000005f);
 }
 
 TEST(XGeoConstructor, PlanePlaneSolvesOnPointCoordinatesWithNegativeZero) {
@@ -182,6 +192,13 @@ TEST(XGeoConstructor, PlanePlaneSolvesOnPointCoordinatesWithNegativeZero) {
   const float o1[6] = {0, 0, 0, 0, 0, 1}, o2[6] = {0, 0, 0, 1, 0, 0};
   ASSERT_EQ(XGeoConstructor::Intersection_Plane_Plane(o1, o2, line), 0);
   ExpectNear3(line, cv::Vec3d(0, 0, 0), 0.0);
+  // Direction (1,1,0)/sqrt2: the tie keeps x fixed (-0) and solves
+  // 7y + 2z = 2, 3y + 5z = -3.
+  const float t1[6] = {0, 7, 2, 0, 0, 1}, t2[6] = {0, 3, 5, 1, -1, 0};
+  ASSERT_EQ(XGeoConstructor::Intersection_Plane_Plane(t1, t2, line), 0);
+  EXPECT_TRUE(std::signbit(line[0]));
+  EXPECT_FLOAT_EQ(line[1], 16.0f / 29.0f);
+  EXPECT_FLOAT_EQ(line[2], -27.0f / 29.0f);
   const float par[6] = {9, 9, 9, 0, 0, -1};
   EXPECT_EQ(XGeoConstructor::Intersection_Plane_Plane(p1, par, line), -1);
 }

@@ -180,9 +180,7 @@ int XGeoConstructor::Intersection_Plane_Plane(const float* const plane1,
       -(plane1[0] * plane1[3] + plane1[1] * plane1[4] + plane1[2] * plane1[5]);
   const float d2 =
       -(plane2[0] * plane2[3] + plane2[1] * plane2[4] + plane2[2] * plane2[5]);
-  int k = 0;
-  if (std::fabs(dir[1]) > std::fabs(dir[k])) k = 1;
-  if (std::fabs(dir[2]) > std::fabs(dir[k])) k = 2;
+  const int k = zelmo::frame::largestAbsIndex(dir);  // lowest index on ties
   const int i = k == 0 ? 1 : 0;
   const int j = k == 2 ? 1 : 2;
   // The coefficients are the planes' point coordinates, kept so on purpose.
