@@ -66,6 +66,13 @@ TEST(XSolidDisplay, RingsLieAtTheirRadiiHeightApartAlongTheAxis) {
       // The same angle on both rings: the second is the first scaled and
       // lifted by height along the axis.
       ExpectNear3(d2, d1 * (double(top) / r1), kDisplayTol);
+      // A cylinder's second ring is its stored first ring moved by height x
+      // axis, rounded once: bit for bit, not a second pass through a lifted
+      // frame.
+      for (int k = 0; !cone && k < 3; ++k)
+        EXPECT_EQ(second.Point(i)[k],
+                  float(first.Point(i)[k] + double(h) * axis[k]))
+            << i << " " << k;
     }
   }
 }

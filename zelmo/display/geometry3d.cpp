@@ -57,11 +57,17 @@ int XGeometry3D::getRingData(const float* const point,
   if (count < 1) return 0;
   const double s = zelmo::display::angularStep(count);
   zelmo::display::writeLocalArc(rt, 0.0, 0.0, firstRadius, s, 0, count, first);
-  // The second ring is the first frame moved by height along the axis.
-  const double lift = height;
-  for (int r = 0; r < 3; ++r) rt[4 * r + 3] += lift * a[r];
+  // The second ring is sampled in the same frame as the first, stored, and
+  // then moved by height x axis from its stored floats. With equal radii
+  // (a cylinder) it is thus the stored first ring moved, point for point.
   zelmo::display::writeLocalArc(rt, 0.0, 0.0, secondRadius, s, 0, count,
                                 second);
+  const double lift = height;
+  for (int i = 0; i < count; ++i)
+    for (int k = 0; k < 3; ++k) {
+      float& v = second[3 * i + k];
+      v = static_cast<float>(v + lift * a[k]);
+    }
   return 0;
 }
 

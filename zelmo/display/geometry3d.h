@@ -46,7 +46,10 @@ class ZELMO_API XGeometry3D {
   // The two rings of a solid of revolution about `axis` (expected unit; not
   // normalised) through `point`: `count` x, y, z float triples into each of
   // `first` and `second`. Ring one has `firstRadius` about `point`, ring two
-  // `secondRadius` about point + height axis. Point i lies at the angle
+  // `secondRadius` about point + height axis: sampled like ring one, stored
+  // as floats, then moved by height x axis from the stored values, so that
+  // with equal radii second[i] = first[i] + height axis exactly (one
+  // rounding of the double sum). Point i lies at the angle
   // i 2 pi / count from the unit direction h made up from `axis` (the
   // auxiliary direction of getMatRByVector), towards axis x h. A count below
   // 1 writes nothing. Returns 0.
