@@ -76,9 +76,24 @@ TEST(XGeoFConstructorOffsets, TangentLinesTouchBothCirclesFromOneSide) {
   EXPECT_EQ(C::getLineOffset(centers, contained, ground, lines), C::kNoTangent);
   EXPECT_EQ(C::getLineOffset(centers, negative, ground, lines),
             C::kNegativeRadius);
+  // Centres stacked along the normal: unequal radii have no frame in the
+  // plane and fail; equal radii still give their two lines, and coincident
+  // centres of equal radii touch in one, all with a zero direction.
   const XFPoint stacked[2] = {XFPoint(0, 0, 0), XFPoint(0, 0, 4)};
-  EXPECT_EQ(C::getLineOffset(stacked, same, ground, lines), C::kNoTangent);
+  const float unequal[2] = {2, 1};
+  EXPECT_EQ(C::getLineOffset(stacked, unequal, ground, lines), C::kNoTangent);
   EXPECT_EQ(lines[0].length, kUnwritten);
+  ASSERT_EQ(C::getLineOffset(stacked, same, ground, lines), 2);
+  for (const XFLine3D2& line : lines) {
+    ExpectNear3(line.center, cv::Vec3d(0, 0, 0), 0.0);
+    ExpectNear3(line.dir, cv::Vec3d(0, 0, 0), 0.0);
+    EXPECT_EQ(line.length, 0.0f);
+  }
+  const XFPoint twice[2] = {XFPoint(1, 2, 3), XFPoint(1, 2, 3)};
+  ASSERT_EQ(C::getLineOffset(twice, same, ground, lines), 1);
+  ExpectNear3(lines[0].center, cv::Vec3d(1, 2, 0), 0.0);
+  ExpectNear3(lines[0].dir, cv::Vec3d(0, 0, 0), 0.0);
+  EXPECT_EQ(lines[0].length, 1.0f);
 }
 
 TEST(XGeoFConstructorOffsets, TangentPlanesKeepEachPointAtItsOffset) {

@@ -218,8 +218,10 @@ class ZELMO_API XGeoFConstructor {
   // or 1 when the circles touch from inside (the line through the touch
   // point, dir = unit(normal x e), length 1). kNegativeRadius for a
   // negative radius; kNoTangent when the radii differ by more than the
-  // distance of the points, or when the points differ only along the
-  // normal (no direction in the plane to build on).
+  // distance of the points. Points that differ only along the normal, or
+  // not at all, make normal x e zero: touching circles and equal radii then
+  // still give their 1 or 2 lines, with a zero direction; other radii give
+  // kNoTangent, having no frame in the plane to work in.
   static int getLineOffset(const XFPoint points[2],
                            const float radii[2],
                            const XFPlane& plane,

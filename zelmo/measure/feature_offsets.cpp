@@ -85,9 +85,9 @@ int XGeoFConstructor::getLineOffset(const XFPoint points[2],
   getProjectionPoint(points[small], plane, S);
   const cv::Vec3d e = unitOrZero(vec(points[small]) - vec(points[large]));
   const cv::Vec3d n = vec(plane.normal);
-  // Centres that differ only along the normal give no direction in the
-  // plane to build tangents on.
-  if (isSmall(n.cross(e))) return kNoTangent;
+  // Zero when the centres differ only along the normal (or not at all): the
+  // single and the equal-radii tangents then come out degenerate, with a
+  // zero direction, rather than failing.
   const cv::Vec3d y = unitOrZero(n.cross(e));
 
   if (distance == rl - rs) {
@@ -105,7 +105,9 @@ int XGeoFConstructor::getLineOffset(const XFPoint points[2],
   }
 
   // Touch points at the angle acos(c) from e about each centre, c = rl / Q
-  // with Q the distance of the outer centre of similarity from L.
+  // with Q the distance of the outer centre of similarity from L. They are
+  // found in the frame (e, y, normal), which does not exist when y is zero.
+  if (isSmall(y)) return kNoTangent;
   const double t = rs * distance / (rl - rs);
   const double q = t + distance;
   const double c = rl / q;

@@ -212,7 +212,9 @@ int XGeoFConstructor::getPlaneAverage(const std::vector<XFPlane>& planes,
     center += vec(p.center);
     normal += vec(p.normal);
   }
-  center *= 1.0 / static_cast<double>(planes.size());
+  // The mean by a true division: cv::Vec's operator/ multiplies by the
+  // reciprocal, which rounds once more.
+  for (int k = 0; k < 3; ++k) center[k] /= static_cast<double>(planes.size());
   if (planes.size() == 2 &&
       isSmall(vec(planes[0].normal).cross(vec(planes[1].normal)))) {
     // Parallel pair: the first plane's sense, whatever the second's.
