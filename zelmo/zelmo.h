@@ -15,4 +15,8 @@
 #include "zelmo/display/rectangle3d.h"
 #include "zelmo/display/round_groove3d.h"
 
+#include "zelmo/lmfit/filter_param.h"
+#include "zelmo/lmfit/plane_fit_lm.h"
+#include "zelmo/lmfit/zelmo_lm.h"
+
 #endif  // ZELMO_ZELMO_H_

@@ -215,23 +215,40 @@ void projection2Plane_tranformed(const std::vector<cv::Point3f>& points,
                                  std::vector<cv::Point2f>& out,
                                  double* const transform,
                                  AlignMode mode) {
+  projectToPlaneFrame(points, plane, AxisFallback::kZero, mode, out, transform);
+}
+
+void projectToPlaneFrame(const std::vector<cv::Point3f>& points,
+                         const double* const plane,
+                         AxisFallback fallback,
+                         AlignMode mode,
+                         std::vector<cv::Point2f>& out,
+                         double* const transform) {
   std::vector<cv::Point3f> projected;
   projection2Plane(points, plane, projected);
   cv::Vec3d c(0, 0, 0);
   for (const cv::Point3f& q : projected) c += cv::Vec3d(q.x, q.y, q.z);
   if (!projected.empty()) c *= 1.0 / static_cast<double>(projected.size());
 
+  const cv::Vec3d n(plane[0], plane[1], plane[2]);
   cv::Vec3d u(0, 0, 0);
+  bool found = false;
   for (const cv::Point3f& q : projected) {
     const cv::Vec3d diff = cv::Vec3d(q.x, q.y, q.z) - c;
     if (!(std::fabs(diff[0]) < kFrameAxisMinOffset) ||
         !(std::fabs(diff[1]) < kFrameAxisMinOffset) ||
         !(std::fabs(diff[2]) < kFrameAxisMinOffset)) {
       u = unitOrZero(diff);
+      found = true;
       break;
     }
   }
-  const cv::Vec3d n(plane[0], plane[1], plane[2]);
+  if (!found && fallback == AxisFallback::kSeedAxis) {
+    const bool aLargest = std::fabs(n[0]) >= std::fabs(n[1]) &&
+                          std::fabs(n[0]) >= std::fabs(n[2]);
+    const cv::Vec3d t = aLargest ? cv::Vec3d(0, 1, 0) : cv::Vec3d(1, 0, 0);
+    u = unitOrZero(unitOrZero(n.cross(t)).cross(n));
+  }
   const cv::Vec3d w = unitOrZero(n.cross(u));
 
   const cv::Vec3d tn[3] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
