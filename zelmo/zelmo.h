@@ -15,8 +15,12 @@
 #include "zelmo/display/rectangle3d.h"
 #include "zelmo/display/round_groove3d.h"
 
+#include "zelmo/lmfit/circle_fit_3d_lm.h"
+#include "zelmo/lmfit/cone_fit_lm.h"
+#include "zelmo/lmfit/cylinder_fit_lm.h"
 #include "zelmo/lmfit/filter_param.h"
 #include "zelmo/lmfit/plane_fit_lm.h"
+#include "zelmo/lmfit/sphere_fit_lm.h"
 #include "zelmo/lmfit/zelmo_lm.h"
 
 #endif  // ZELMO_ZELMO_H_

@@ -1,0 +1,64 @@
+#include "zelmo/lmfit/axis_geometry.h"
+
+#include <cmath>
+
+namespace zelmo {
+namespace lmfit {
+namespace {
+
+// Below this float length the axis is stored as it came.
+constexpr float kAxisScaleGuard = 0.0001f;
+// A point this close to the origin in every coordinate sits at t = 0.
+constexpr double kCoincidentTol = 1e-6;
+// Starting bounds of the axial extent.
+constexpr double kRangeBound = 1e10;
+
+}  // namespace
+
+void unitOrZero(const double* v, double* u) {
+  const double len = std::sqrt(v[0] * v[0] + v[1] * v[1] + v[2] * v[2]);
+  for (int k = 0; k < 3; ++k) u[k] = len == 0.0 ? 0.0 : v[k] / len;
+}
+
+AxialOffset axialOffset(const float* point,
+                        const double* origin,
+                        const double* u) {
+  const double d[3] = {point[0] - origin[0], point[1] - origin[1],
+                       point[2] - origin[2]};
+  const double c[3] = {d[1] * u[2] - d[2] * u[1], d[2] * u[0] - d[0] * u[2],
+                       d[0] * u[1] - d[1] * u[0]};
+  return AxialOffset{std::sqrt(c[0] * c[0] + c[1] * c[1] + c[2] * c[2]),
+                     d[0] * u[0] + d[1] * u[1] + d[2] * u[2]};
+}
+
+void storeUnitAxis(const double* direction, float* axis) {
+  float v[3];
+  for (int k = 0; k < 3; ++k) v[k] = static_cast<float>(direction[k]);
+  const float norm = std::sqrt(v[0] * v[0] + v[1] * v[1] + v[2] * v[2]);
+  const float scale = kAxisScaleGuard > norm ? 1.0f : 1.0f / norm;
+  for (int k = 0; k < 3; ++k) axis[k] = v[k] * scale;
+}
+
+AxialRange axialRange(const float* points,
+                      int count,
+                      const float* origin,
+                      const float* axis) {
+  AxialRange range{kRangeBound, -kRangeBound};
+  for (int i = 0; i < count; ++i) {
+    const float* p = points + 3 * i;
+    double d[3];
+    bool coincident = true;
+    for (int k = 0; k < 3; ++k) {
+      d[k] = static_cast<double>(p[k]) - origin[k];
+      if (std::fabs(d[k]) > kCoincidentTol) coincident = false;
+    }
+    const double t =
+        coincident ? 0.0 : d[0] * axis[0] + d[1] * axis[1] + d[2] * axis[2];
+    if (t < range.min) range.min = t;
+    if (t > range.max) range.max = t;
+  }
+  return range;
+}
+
+}  // namespace lmfit
+}  // namespace zelmo
