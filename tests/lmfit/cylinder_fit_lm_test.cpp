@@ -147,5 +147,168 @@ TEST(XCylinderFitLM, RecoversCylindersAndPartialArcsWithEveryFilter) {
   }
 }
 
+// Points of a cylinder about the z axis through (0, 0, 0), sorted by z,
+// with normals tilted `tilt` towards +z.
+Samples SortedTiltedCylinder(double radius,
+                             double height,
+                             int count,
+                             double tilt,
+                             std::mt19937& rng) {
+  const Frame f = zelmo::test::FrameFromAxis(cv::Vec3d(0, 0, 0),
+                                             cv::Vec3d(0, 0, 1));
+  Samples s = zelmo::test::SampleCylinder(f, radius, height, count, 0.0, rng);
+  std::vector<int> order(count);
+  for (int i = 0; i < count; ++i) order[i] = i;
+  std::sort(order.begin(), order.end(), [&s](int a, int b) {
+    return s.points[a].z < s.points[b].z;
+  });
+  Samples sorted;
+  for (int i : order) {
+    cv::Vec3d n(s.normals[i].x, s.normals[i].y, tilt);
+    n *= 1.0 / cv::norm(n);
+    sorted.points.push_back(s.points[i]);
+    sorted.normals.push_back(cv::Point3f(n[0], n[1], n[2]));
+  }
+  return sorted;
+}
+
+TEST(XCylinderFitLM, AngleLimitCountsFromTheAxisAndDropsAtMostHalf) {
+  std::mt19937 rng(8200);
+  constexpr double kHeight = 40.0;
+  const Samples s = SortedTiltedCylinder(10.0, kHeight, 400, 1e-3, rng);
+  XCylinderFitLM fit;
+  // At 90 degrees every normal with an axial part fails: the first half of
+  // the points (the lower half of the cylinder) goes, and no more.
+  ASSERT_EQ(FitSamples(fit, s, xfeaturefitfilter::FilterAngle,
+                       FilterParam(90.0f, 2.0f, 0.05f)),
+            0);
+  const float middle = s.points[200].z;
+  EXPECT_NEAR(std::min(fit.base[2], fit.top[2]), middle, kFitTol);
+  EXPECT_NEAR(std::max(fit.base[2], fit.top[2]), s.points[399].z, kFitTol);
+  // At 89.9 degrees (cosine 1.7e-3) a tilt of 1e-3 passes: nothing goes.
+  ASSERT_EQ(FitSamples(fit, s, xfeaturefitfilter::FilterAngle,
+                       FilterParam(89.9f, 2.0f, 0.05f)),
+            0);
+  EXPECT_NEAR(fit.height, s.points[399].z - s.points[0].z, kFitTol);
+}
+
+TEST(XCylinderFitLM, FailureCodes) {
+  std::mt19937 rng(8300);
+  const Frame f = zelmo::test::RandomFrame(rng, 100.0);
+  const Samples s = zelmo::test::SampleCylinder(f, 10, 30, 100, kNoise, rng);
+  XCylinderFitLM fit;
+  ASSERT_EQ(FitSamples(fit, s, 0), 0);
+  xgeofeature::XFCylinder before;
+  fit.getCylinder(before);
+  auto unchanged = [&fit, &before]() {
+    xgeofeature::XFCylinder now;
+    fit.getCylinder(now);
+    EXPECT_EQ(std::vector<float>(now.center, now.top + 3),
+              std::vector<float>(before.center, before.top + 3));
+  };
+  Samples five = s;
+  five.points.resize(5);
+  five.normals.resize(5);
+  for (int method = -1; method <= kMethods; ++method) {
+    SCOPED_TRACE(testing::Message() << "method " << method);
+    const bool known = method >= 0 && method < kMethods;
+    std::string out;
+    EXPECT_EQ(FitSamples(fit, known ? five : s, method, kParam, &out), -1);
+    EXPECT_EQ(out, "");
+    unchanged();
+  }
+  const std::vector<float> p = five.Xyz();
+  const float seed[7] = {0, 0, 0, 0, 0, 1, 10};
+  EXPECT_EQ(fit.Fit(p.data(), nullptr, 5, seed), -1);
+  unchanged();
+  // A band of width 0 keeps (almost) nothing: the refit's solver fails.
+  EXPECT_EQ(FitSamples(fit, s, xfeaturefitfilter::FilterSigma,
+                       FilterParam(60.0f, 0.0f, 0.05f)),
+            -2);
+}
+
+TEST(XCylinderFitLM, PrintsTheStartAndTheKeptCountAfterTheCombinedFilter) {
+  std::mt19937 rng(8400);
+  const Frame f = zelmo::test::RandomFrame(rng, 200.0);
+  constexpr double kRadius = 12.0;
+  const Samples s = zelmo::test::SampleCylinder(f, kRadius, 30, 100, kNoise, rng);
+  for (int method = 0; method < kMethods; ++method) {
+    SCOPED_TRACE(testing::Message() << "method " << method);
+    XCylinderFitLM fit;
+    std::string out;
+    ASSERT_EQ(FitSamples(fit, s, method, kParam, &out), 0);
+    // "param:" and the seven start values, single spaces, one line.
+    ASSERT_EQ(out.rfind("param:", 0), 0u) << out;
+    const std::string first = out.substr(6, out.find('\n') - 6);
+    EXPECT_EQ(std::count(first.begin(), first.end(), ' '), 6) << first;
+    std::istringstream values(first);
+    double v[7];
+    for (double& x : v) ASSERT_TRUE(values >> x) << first;
+    EXPECT_NEAR(v[6], kRadius, 0.1 * kRadius);  // the consensus radius
+    const std::string rest = out.substr(out.find('\n') + 1);
+    // 5 % of 100 points dropped by the combined filter, none by angle.
+    EXPECT_EQ(rest, method == xfeaturefitfilter::FilterProportionAngle
+                        ? "95 100\n"
+                        : "");
+  }
+}
+
+TEST(XCylinderFitLM, SeededFitIgnoresNormalsAndTheAxisLength) {
+  std::mt19937 rng(8500);
+  const Frame f = zelmo::test::RandomFrame(rng, 500.0);
+  constexpr double kRadius = 15.0;
+  const Samples s =
+      zelmo::test::SampleCylinder(f, kRadius, 50, 300, kNoise, rng, 2.0);
+  const std::vector<float> p = s.Xyz();
+  std::vector<float> results[2];
+  const double lengths[2] = {1.0, 7.0};
+  for (int k = 0; k < 2; ++k) {
+    // Start off the true axis by 0.5 and 0.05 rad, radius 10 % high.
+    const cv::Vec3d start = f.At(0.5, 0, 10);
+    const cv::Vec3d dir = (f.w + 0.05 * f.v) * lengths[k];
+    const float seed[7] = {float(start[0]), float(start[1]), float(start[2]),
+                           float(dir[0]),   float(dir[1]),   float(dir[2]),
+                           float(kRadius * 1.1)};
+    XCylinderFitLM fit;
+    zelmo::test::StdoutCapture capture;
+    const int result = fit.Fit(p.data(), nullptr, s.Count(), seed);
+    EXPECT_EQ(capture.Take(), "");
+    ASSERT_EQ(result, 0);
+    double z0, z1;
+    Extent(f, s, &z0, &z1);
+    ExpectCylinder(fit, f, kRadius, z0, z1, true, kFitTol);
+    results[k] = {fit.center[0], fit.center[1], fit.center[2],
+                  fit.radius,    fit.height,    fit.axis[0],
+                  fit.axis[1],   fit.axis[2]};
+  }
+  for (int i = 0; i < 8; ++i)
+    EXPECT_NEAR(results[0][i], results[1][i], zelmo::test::kFloatOutTol * 10)
+        << "value " << i;
+}
+
+TEST(XCylinderFitLM, VarianceDividesByCountLessOneAboveTenPoints) {
+  XCylinderFitLM fit;
+  fit.axis[2] = 1.0f;  // the z axis through the origin, radius 1
+  fit.radius = 1.0f;
+  for (int count : {10, 11}) {
+    SCOPED_TRACE(testing::Message() << count << " points");
+    std::vector<float> p;
+    std::vector<double> r;
+    for (int i = 0; i < count; ++i) {
+      r.push_back(i % 2 == 0 ? 0.25 : -0.0625 * i);
+      p.insert(p.end(), {0.0f, float(1.0 + r.back()), float(i)});
+    }
+    double mean = 0, squares = 0;
+    for (double x : r) mean += x / count;
+    for (double x : r) squares += (x - mean) * (x - mean);
+    float stats[4];
+    XCylinderFitLMPeer::Statistics(fit, p, stats);
+    EXPECT_FLOAT_EQ(stats[0], *std::max_element(r.begin(), r.end()));
+    EXPECT_FLOAT_EQ(stats[1], *std::min_element(r.begin(), r.end()));
+    EXPECT_NEAR(stats[2], mean, 1e-6);
+    EXPECT_NEAR(stats[3], squares / (count > 10 ? count - 1 : count), 1e-6);
+  }
+}
+
 }  // namespace
 }  // namespace zelmolm
