@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <random>
 #include <vector>
@@ -26,10 +27,10 @@ namespace {
 using zelmo::test::Frame;
 using zelmo::test::Samples;
 
-constexpr double kNoise = 0.01;       // deviation of the scan
+constexpr double kNoise = 0.01;         // deviation of the scan
 constexpr double kFitTol = 3 * kNoise;  // apex, ends and radii
-constexpr double kAxisTolRad = 2e-3;  // axis direction
-constexpr double kAngleTol = 1e-3;    // half angle, radians
+constexpr double kAxisTolRad = 2e-3;    // axis direction
+constexpr double kAngleTol = 1e-3;      // half angle, radians
 
 int FitSamples(XConeFitLM& f, const Samples& s) {
   const std::vector<float> p = s.Xyz(), n = s.NormalsXyz();
@@ -77,10 +78,10 @@ void ExpectCone(XConeFitLM& fit,
   fit.getCone(record);
   const std::vector<float> got(record.apex, &record.topRadius + 1);
   const std::vector<float> want = {
-      fit.apex[0], fit.apex[1],   fit.apex[2],   fit.axis[0],
-      fit.axis[1], fit.axis[2],   fit.halfAngle, fit.base[0],
-      fit.base[1], fit.base[2],   fit.top[0],    fit.top[1],
-      fit.top[2],  fit.height,    fit.baseRadius, fit.topRadius};
+      fit.apex[0], fit.apex[1], fit.apex[2],    fit.axis[0],
+      fit.axis[1], fit.axis[2], fit.halfAngle,  fit.base[0],
+      fit.base[1], fit.base[2], fit.top[0],     fit.top[1],
+      fit.top[2],  fit.height,  fit.baseRadius, fit.topRadius};
   EXPECT_EQ(got, want);
 }
 
@@ -122,8 +123,8 @@ TEST(XConeFitLM, PointsOnBothSidesOfTheApexPutTheTopAtTheApex) {
     g.v = -f.v;
     Samples s = zelmo::test::SampleCone(f, 0, up * std::tan(kHalf), up, 600,
                                         kNoise, rng);
-    const Samples other = zelmo::test::SampleCone(
-        g, 0, down * std::tan(kHalf), down, 600, kNoise, rng);
+    const Samples other = zelmo::test::SampleCone(g, 0, down * std::tan(kHalf),
+                                                  down, 600, kNoise, rng);
     s.points.insert(s.points.end(), other.points.begin(), other.points.end());
     s.normals.insert(s.normals.end(), other.normals.begin(),
                      other.normals.end());
@@ -136,13 +137,18 @@ TEST(XConeFitLM, PointsOnBothSidesOfTheApexPutTheTopAtTheApex) {
   }
 }
 
-TEST(XConeFitLM, FivePointsFailWithoutTouchingTheFields) {
+TEST(XConeFitLM, FivePointsOrNoModelFailWithoutTouchingTheFields) {
   std::mt19937 rng(9300);
   const Frame f = zelmo::test::RandomFrame(rng, 10.0);
   const Samples s = zelmo::test::SampleCone(f, 10, 5, 10, 5, 0.0, rng);
   XConeFitLM fit;
   fit.halfAngle = 0.25f;
   EXPECT_EQ(FitSamples(fit, s), -1);
+  // Coincident points give the consensus no model.
+  Samples same = zelmo::test::SampleCone(f, 10, 5, 10, 50, 0.0, rng);
+  std::fill(same.points.begin(), same.points.end(), s.points[0]);
+  std::fill(same.normals.begin(), same.normals.end(), s.normals[0]);
+  EXPECT_EQ(FitSamples(fit, same), -1);
   EXPECT_EQ(fit.halfAngle, 0.25f);
   EXPECT_EQ(fit.apex[0], 0.0f);
   EXPECT_EQ(fit.height, 0.0f);
@@ -151,12 +157,12 @@ TEST(XConeFitLM, FivePointsFailWithoutTouchingTheFields) {
 TEST(XConeFitLM, EndsAndAxisTurnFollowTheExtentOfThePoints) {
   // Cone about +z from the apex (1, 2, 3), radius t / 2 at t along z.
   struct Case {
-    float t0, t1;      // the points' extent along +z from the apex
-    float far, near;   // where base and top land
-    float axisZ;       // the stored axis afterwards
+    float t0, t1;     // the points' extent along +z from the apex
+    float far, near;  // where base and top land
+    float axisZ;      // the stored axis afterwards
   };
   const Case cases[] = {
-      {2, 5, 5, 2, -1},    // all ahead of the apex: turned
+      {2, 5, 5, 2, -1},     // all ahead of the apex: turned
       {-5, -2, -5, -2, 1},  // all behind it
       {-5, 2, -5, 0, 1},    // both sides, longer behind: top at the apex
       {-2, 5, 5, 0, -1},    // both sides, longer ahead: turned

@@ -149,19 +149,15 @@ TEST(XCylinderFitLM, RecoversCylindersAndPartialArcsWithEveryFilter) {
 
 // Points of a cylinder about the z axis through (0, 0, 0), sorted by z,
 // with normals tilted `tilt` towards +z.
-Samples SortedTiltedCylinder(double radius,
-                             double height,
-                             int count,
-                             double tilt,
-                             std::mt19937& rng) {
-  const Frame f = zelmo::test::FrameFromAxis(cv::Vec3d(0, 0, 0),
-                                             cv::Vec3d(0, 0, 1));
+Samples SortedTiltedCylinder(
+    double radius, double height, int count, double tilt, std::mt19937& rng) {
+  const Frame f =
+      zelmo::test::FrameFromAxis(cv::Vec3d(0, 0, 0), cv::Vec3d(0, 0, 1));
   Samples s = zelmo::test::SampleCylinder(f, radius, height, count, 0.0, rng);
   std::vector<int> order(count);
   for (int i = 0; i < count; ++i) order[i] = i;
-  std::sort(order.begin(), order.end(), [&s](int a, int b) {
-    return s.points[a].z < s.points[b].z;
-  });
+  std::sort(order.begin(), order.end(),
+            [&s](int a, int b) { return s.points[a].z < s.points[b].z; });
   Samples sorted;
   for (int i : order) {
     cv::Vec3d n(s.normals[i].x, s.normals[i].y, tilt);
@@ -217,6 +213,14 @@ TEST(XCylinderFitLM, FailureCodes) {
     EXPECT_EQ(out, "");
     unchanged();
   }
+  // Coincident points give the consensus no model: no start, no line.
+  Samples same = s;
+  std::fill(same.points.begin(), same.points.end(), s.points[0]);
+  std::fill(same.normals.begin(), same.normals.end(), s.normals[0]);
+  std::string out;
+  EXPECT_EQ(FitSamples(fit, same, 0, kParam, &out), -1);
+  EXPECT_EQ(out, "");
+  unchanged();
   const std::vector<float> p = five.Xyz();
   const float seed[7] = {0, 0, 0, 0, 0, 1, 10};
   EXPECT_EQ(fit.Fit(p.data(), nullptr, 5, seed), -1);
@@ -231,7 +235,8 @@ TEST(XCylinderFitLM, PrintsTheStartAndTheKeptCountAfterTheCombinedFilter) {
   std::mt19937 rng(8400);
   const Frame f = zelmo::test::RandomFrame(rng, 200.0);
   constexpr double kRadius = 12.0;
-  const Samples s = zelmo::test::SampleCylinder(f, kRadius, 30, 100, kNoise, rng);
+  const Samples s =
+      zelmo::test::SampleCylinder(f, kRadius, 30, 100, kNoise, rng);
   for (int method = 0; method < kMethods; ++method) {
     SCOPED_TRACE(testing::Message() << "method " << method);
     XCylinderFitLM fit;
@@ -266,9 +271,9 @@ TEST(XCylinderFitLM, SeededFitIgnoresNormalsAndTheAxisLength) {
     // Start off the true axis by 0.5 and 0.05 rad, radius 10 % high.
     const cv::Vec3d start = f.At(0.5, 0, 10);
     const cv::Vec3d dir = (f.w + 0.05 * f.v) * lengths[k];
-    const float seed[7] = {float(start[0]), float(start[1]), float(start[2]),
-                           float(dir[0]),   float(dir[1]),   float(dir[2]),
-                           float(kRadius * 1.1)};
+    const float seed[7] = {
+        float(start[0]), float(start[1]), float(start[2]),     float(dir[0]),
+        float(dir[1]),   float(dir[2]),   float(kRadius * 1.1)};
     XCylinderFitLM fit;
     zelmo::test::StdoutCapture capture;
     const int result = fit.Fit(p.data(), nullptr, s.Count(), seed);
@@ -277,9 +282,8 @@ TEST(XCylinderFitLM, SeededFitIgnoresNormalsAndTheAxisLength) {
     double z0, z1;
     Extent(f, s, &z0, &z1);
     ExpectCylinder(fit, f, kRadius, z0, z1, true, kFitTol);
-    results[k] = {fit.center[0], fit.center[1], fit.center[2],
-                  fit.radius,    fit.height,    fit.axis[0],
-                  fit.axis[1],   fit.axis[2]};
+    results[k] = {fit.center[0], fit.center[1], fit.center[2], fit.radius,
+                  fit.height,    fit.axis[0],   fit.axis[1],   fit.axis[2]};
   }
   for (int i = 0; i < 8; ++i)
     EXPECT_NEAR(results[0][i], results[1][i], zelmo::test::kFloatOutTol * 10)

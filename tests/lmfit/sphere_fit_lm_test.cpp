@@ -22,16 +22,18 @@ using xfeaturefitfilter::FilterParam;
 using zelmo::test::Frame;
 using zelmo::test::Samples;
 
-constexpr double kNoise = 0.01;          // deviation of the scan along normals
-constexpr double kOutlierShare = 0.03;   // every 33rd point
+constexpr double kNoise = 0.01;           // deviation of the scan along normals
+constexpr double kOutlierShare = 0.03;    // every 33rd point
 constexpr double kOutlierDistance = 0.3;  // off the surface, normal turned
-constexpr double kFitTol = kNoise;  // center and radius against the truth
+constexpr double kFitTol = kNoise;        // center and radius against the truth
 constexpr int kMethods = 6;
 
 // Angle 30 degrees, band of 2 deviations, 5 % dropped.
 const FilterParam kParam(30.0f, 2.0f, 0.05f);
 
-int FitSamples(XSphereFitLM& f, const Samples& s, int method,
+int FitSamples(XSphereFitLM& f,
+               const Samples& s,
+               int method,
                const FilterParam& param = kParam,
                std::string* console = nullptr) {
   const std::vector<float> p = s.Xyz(), n = s.NormalsXyz();
@@ -53,7 +55,8 @@ TEST(XSphereFitLM, RecoversFullSpheresAndCapsWithEveryFilter) {
     std::mt19937 rng(seed);
     const Frame f = zelmo::test::RandomFrame(rng, 500.0);
     const double radius = std::uniform_real_distribution<double>(5, 50)(rng);
-    const double polar = trial % 2 == 0 ? zelmo::test::kPi : zelmo::test::kPi / 3;
+    const double polar =
+        trial % 2 == 0 ? zelmo::test::kPi : zelmo::test::kPi / 3;
     const Samples s =
         zelmo::test::SampleSphere(f, radius, 600, kNoise, rng, polar);
     // The unfiltered fit sees the clean scan; the filters see outliers.

@@ -23,23 +23,23 @@ inline void AddTurnedOutliers(
   const size_t step = std::max<size_t>(1, static_cast<size_t>(1.0 / fraction));
   for (size_t i = 0; i < s.points.size(); i += step) {
     const cv::Vec3d n(s.normals[i].x, s.normals[i].y, s.normals[i].z);
-    const cv::Vec3d p = cv::Vec3d(s.points[i].x, s.points[i].y, s.points[i].z) +
-                        distance * n;
+    const cv::Vec3d p =
+        cv::Vec3d(s.points[i].x, s.points[i].y, s.points[i].z) + distance * n;
     const cv::Vec3d t = turn(n);
-    s.points[i] = cv::Point3f(static_cast<float>(p[0]),
-                              static_cast<float>(p[1]),
-                              static_cast<float>(p[2]));
-    s.normals[i] = cv::Point3f(static_cast<float>(t[0]),
-                               static_cast<float>(t[1]),
-                               static_cast<float>(t[2]));
+    s.points[i] =
+        cv::Point3f(static_cast<float>(p[0]), static_cast<float>(p[1]),
+                    static_cast<float>(p[2]));
+    s.normals[i] =
+        cv::Point3f(static_cast<float>(t[0]), static_cast<float>(t[1]),
+                    static_cast<float>(t[2]));
   }
 }
 
 // A unit vector square to `n` (n x e for the coordinate axis least along
 // n): turns a surface normal into the surface.
 inline cv::Vec3d SquareTo(const cv::Vec3d& n) {
-  const cv::Vec3d a = std::fabs(n[0]) < 0.5 ? cv::Vec3d(1, 0, 0)
-                                            : cv::Vec3d(0, 1, 0);
+  const cv::Vec3d a =
+      std::fabs(n[0]) < 0.5 ? cv::Vec3d(1, 0, 0) : cv::Vec3d(0, 1, 0);
   const cv::Vec3d t = n.cross(a);
   return t * (1.0 / cv::norm(t));
 }
