@@ -7,6 +7,7 @@
 #include <random>
 #include <vector>
 
+#include "tests/support/fit_checks.h"
 #include "tests/support/samplers.h"
 #include "tests/support/stdout_capture.h"
 #include "tests/support/tolerance.h"
@@ -38,17 +39,6 @@ int FitSamples(XConeFitLM& f, const Samples& s) {
   const int result = f.Fit(p.data(), n.data(), s.Count());
   EXPECT_EQ(capture.Take(), "");
   return result;
-}
-
-// Smallest and largest position of the points along f.w.
-void Extent(const Frame& f, const Samples& s, double* z0, double* z1) {
-  *z0 = 1e30;
-  *z1 = -1e30;
-  for (const cv::Point3f& p : s.points) {
-    const double z = (cv::Vec3d(p.x, p.y, p.z) - f.origin).dot(f.w);
-    *z0 = std::min(*z0, z);
-    *z1 = std::max(*z1, z);
-  }
 }
 
 // The fitted cone has its apex at `apex`, half angle `half`, the far end
@@ -102,7 +92,7 @@ TEST(XConeFitLM, RecoversFrustumsWithTheBaseAtTheFarEnd) {
     XConeFitLM fit;
     ASSERT_GE(FitSamples(fit, s), 0);
     double z0, z1;
-    Extent(f, s, &z0, &z1);
+    zelmo::test::AxialExtent(f, s, &z0, &z1);
     const double zApex = h * r0 / (r0 - r1);
     ExpectCone(fit, f, f.At(0, 0, zApex), std::atan((r0 - r1) / h), z0, z1);
   }
@@ -131,7 +121,7 @@ TEST(XConeFitLM, PointsOnBothSidesOfTheApexPutTheTopAtTheApex) {
     XConeFitLM fit;
     ASSERT_GE(FitSamples(fit, s), 0);
     double z0, z1;
-    Extent(f, s, &z0, &z1);
+    zelmo::test::AxialExtent(f, s, &z0, &z1);
     ExpectCone(fit, f, f.origin, kHalf, longer == 0 ? z1 : z0, 0.0);
     EXPECT_EQ(fit.topRadius, 0.0f);
   }

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/fit_checks.h"
 #include "tests/support/outliers.h"
 #include "tests/support/samplers.h"
 #include "tests/support/stdout_capture.h"
@@ -50,12 +51,7 @@ int FitSamples(XCylinderFitLM& f,
                int method,
                const FilterParam& param = kParam,
                std::string* console = nullptr) {
-  const std::vector<float> p = s.Xyz(), n = s.NormalsXyz();
-  zelmo::test::StdoutCapture capture;
-  const int result = f.Fit(p.data(), n.data(), s.Count(), param,
-                           static_cast<FilterMethod>(method));
-  if (console != nullptr) *console = capture.Take();
-  return result;
+  return zelmo::test::RunFilteredFit(f, s, method, param, console);
 }
 
 // Distance of a point from the line through f.origin along f.w.
@@ -101,17 +97,6 @@ void ExpectCylinder(const XCylinderFitLM& fit,
   }
 }
 
-// Axial extent of the samples about the frame.
-void Extent(const Frame& f, const Samples& s, double* z0, double* z1) {
-  *z0 = 1e30;
-  *z1 = -1e30;
-  for (const cv::Point3f& p : s.points) {
-    const double z = (cv::Vec3d(p.x, p.y, p.z) - f.origin).dot(f.w);
-    *z0 = std::min(*z0, z);
-    *z1 = std::max(*z1, z);
-  }
-}
-
 TEST(XCylinderFitLM, RecoversCylindersAndPartialArcsWithEveryFilter) {
   const double arcs[] = {2 * zelmo::test::kPi, zelmo::test::kPi,
                          zelmo::test::kPi / 2};
@@ -125,7 +110,7 @@ TEST(XCylinderFitLM, RecoversCylindersAndPartialArcsWithEveryFilter) {
     Samples s = zelmo::test::SampleCylinder(f, radius, height, 800, kNoise, rng,
                                             arcs[trial % 3]);
     double z0, z1;
-    Extent(f, s, &z0, &z1);
+    zelmo::test::AxialExtent(f, s, &z0, &z1);
     // The unfiltered fit sees the clean scan; the filters see outliers.
     Samples dirty = s;
     zelmo::test::AddTurnedOutliers(dirty, kOutlierShare, kOutlierDistance,
@@ -280,7 +265,7 @@ TEST(XCylinderFitLM, SeededFitIgnoresNormalsAndTheAxisLength) {
     EXPECT_EQ(capture.Take(), "");
     ASSERT_EQ(result, 0);
     double z0, z1;
-    Extent(f, s, &z0, &z1);
+    zelmo::test::AxialExtent(f, s, &z0, &z1);
     ExpectCylinder(fit, f, kRadius, z0, z1, true, kFitTol);
     results[k] = {fit.center[0], fit.center[1], fit.center[2], fit.radius,
                   fit.height,    fit.axis[0],   fit.axis[1],   fit.axis[2]};

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/fit_checks.h"
 #include "tests/support/outliers.h"
 #include "tests/support/samplers.h"
 #include "tests/support/stdout_capture.h"
@@ -36,12 +37,7 @@ int FitSamples(XSphereFitLM& f,
                int method,
                const FilterParam& param = kParam,
                std::string* console = nullptr) {
-  const std::vector<float> p = s.Xyz(), n = s.NormalsXyz();
-  zelmo::test::StdoutCapture capture;
-  const int result = f.Fit(p.data(), n.data(), s.Count(), param,
-                           static_cast<FilterMethod>(method));
-  if (console != nullptr) *console = capture.Take();
-  return result;
+  return zelmo::test::RunFilteredFit(f, s, method, param, console);
 }
 
 std::vector<float> Fields(const XSphereFitLM& f) {

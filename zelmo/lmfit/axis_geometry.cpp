@@ -13,6 +13,14 @@ constexpr double kCoincidentTol = 1e-6;
 // Starting bounds of the axial extent.
 constexpr double kRangeBound = 1e10;
 
+void storeUnitAxis(const double* direction, float* axis) {
+  float v[3];
+  for (int k = 0; k < 3; ++k) v[k] = static_cast<float>(direction[k]);
+  const float norm = std::sqrt(v[0] * v[0] + v[1] * v[1] + v[2] * v[2]);
+  const float scale = kAxisScaleGuard > norm ? 1.0f : 1.0f / norm;
+  for (int k = 0; k < 3; ++k) axis[k] = v[k] * scale;
+}
+
 }  // namespace
 
 void unitOrZero(const double* v, double* u) {
@@ -31,12 +39,13 @@ AxialOffset axialOffset(const float* point,
                      d[0] * u[0] + d[1] * u[1] + d[2] * u[2]};
 }
 
-void storeUnitAxis(const double* direction, float* axis) {
-  float v[3];
-  for (int k = 0; k < 3; ++k) v[k] = static_cast<float>(direction[k]);
-  const float norm = std::sqrt(v[0] * v[0] + v[1] * v[1] + v[2] * v[2]);
-  const float scale = kAxisScaleGuard > norm ? 1.0f : 1.0f / norm;
-  for (int k = 0; k < 3; ++k) axis[k] = v[k] * scale;
+void storeAxialModel(const double* params,
+                     float* point,
+                     float* axis,
+                     float* value) {
+  storeUnitAxis(params + 3, axis);
+  for (int k = 0; k < 3; ++k) point[k] = static_cast<float>(params[k]);
+  *value = static_cast<float>(params[6]);
 }
 
 AxialRange axialRange(const float* points,

@@ -23,11 +23,16 @@ AxialOffset axialOffset(const float* point,
                         const double* origin,
                         const double* u);
 
-// storeUnitAxis()
-// axis = direction scaled to unit length in float: the length is taken in
-// float, and a length below 0.0001 leaves the direction unscaled (a solver
-// that ran the axis towards zero must not divide by it).
-void storeUnitAxis(const double* direction, float* axis);
+// storeAxialModel()
+// Stores solver parameters (point on the axis, direction, one value: radius
+// or half angle) as floats: the point and the value narrowed, the direction
+// narrowed and scaled to unit length in float, its length taken in float;
+// a length below 0.0001 leaves it unscaled (a solver that ran the axis
+// towards zero must not divide by it).
+void storeAxialModel(const double* params,
+                     float* point,
+                     float* axis,
+                     float* value);
 
 // Extent of points along an axis: the smallest and largest position.
 struct AxialRange {

@@ -26,9 +26,7 @@ int XConeFitLM::Fit(const float* points,
                               params) < 0)
     return -1;
   const int result = Fit_LM(points, count, params, nullptr, kConeParams);
-  lm::storeUnitAxis(params + 3, axis);
-  for (int k = 0; k < 3; ++k) apex[k] = static_cast<float>(params[k]);
-  halfAngle = static_cast<float>(params[6]);
+  lm::storeAxialModel(params, apex, axis, &halfAngle);
   getValue(points, normals, count);
   return result;
 }

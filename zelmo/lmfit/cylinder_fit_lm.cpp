@@ -234,9 +234,7 @@ int XCylinderFitLM::solveAndStore(const float* points,
 }
 
 void XCylinderFitLM::store(const double* params) {
-  lm::storeUnitAxis(params + 3, axis);
-  for (int k = 0; k < 3; ++k) center[k] = static_cast<float>(params[k]);
-  radius = static_cast<float>(params[6]);
+  lm::storeAxialModel(params, center, axis, &radius);
 }
 
 }  // namespace zelmolm
