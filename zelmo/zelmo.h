@@ -3,9 +3,6 @@
 #ifndef ZELMO_ZELMO_H_
 #define ZELMO_ZELMO_H_
 
-#include "zelmo/export.h"
-#include "zelmo/feature/records.h"
-
 #include "zelmo/display/circle3d.h"
 #include "zelmo/display/cone.h"
 #include "zelmo/display/curve3d.h"
@@ -14,7 +11,8 @@
 #include "zelmo/display/oval_groove3d.h"
 #include "zelmo/display/rectangle3d.h"
 #include "zelmo/display/round_groove3d.h"
-
+#include "zelmo/export.h"
+#include "zelmo/feature/records.h"
 #include "zelmo/lmfit/circle_fit_3d_lm.h"
 #include "zelmo/lmfit/cone_fit_lm.h"
 #include "zelmo/lmfit/cylinder_fit_lm.h"
@@ -22,5 +20,7 @@
 #include "zelmo/lmfit/plane_fit_lm.h"
 #include "zelmo/lmfit/sphere_fit_lm.h"
 #include "zelmo/lmfit/zelmo_lm.h"
+#include "zelmo/measure/geo_constructor.h"
+#include "zelmo/measure/geo_tolerance.h"
 
 #endif  // ZELMO_ZELMO_H_

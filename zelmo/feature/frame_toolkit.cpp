@@ -228,7 +228,7 @@ void projectToPlaneFrame(const std::vector<cv::Point3f>& points,
   projection2Plane(points, plane, projected);
   cv::Vec3d c(0, 0, 0);
   for (const cv::Point3f& q : projected) c += cv::Vec3d(q.x, q.y, q.z);
-  if (!projected.empty()) c *= 1.0 / static_cast<double>(projected.size());
+  if (!projected.empty()) c /= static_cast<double>(projected.size());
 
   const cv::Vec3d n(plane[0], plane[1], plane[2]);
   cv::Vec3d u(0, 0, 0);

@@ -108,9 +108,11 @@ class PlaneStages : public lm::StageShape {
   void onBand(lm::Stage, float mean, float sd, double hi, double lo) override {
     lm::printBand(mean, sd, hi, lo);
   }
-  void onThreshold(lm::Stage, float threshold) override {
-    // The plane reports the threshold only once it is a valid selection.
-    if (!(threshold <= lm::kNoSelection)) lm::printThreshold(threshold, true);
+  void onThreshold(lm::Stage stage, float threshold) override {
+    // Only the combined filter reports it, once it is a valid selection.
+    if (stage == lm::Stage::kProportionAngle &&
+        !(threshold <= lm::kNoSelection))
+      lm::printThreshold(threshold, true);
   }
   void onFiltered(lm::Stage stage, int kept, int count) override {
     if (stage != lm::Stage::kBand) lm::printKept(kept, count);
@@ -130,6 +132,10 @@ int XPlaneFitLM::Fit(const float* points,
   PlaneStages shape(*this);
   return lm::runFilter(shape, points, normals, count, param, method) < 0 ? -1
                                                                          : 0;
+}
+
+void XPlaneFitLM::getPlane(xgeofeature::XFPlane& plane) {
+  plane = xgeofeature::XFPlane(center, normal, majorDir, length, width);
 }
 
 void XPlaneFitLM::Fit_Function(double* p, double* hx, int, int n, void* adata) {

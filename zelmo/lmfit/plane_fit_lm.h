@@ -7,12 +7,9 @@
 #include <vector>
 
 #include "zelmo/export.h"
+#include "zelmo/feature/plane_record.h"
 #include "zelmo/lmfit/filter_param.h"
 #include "zelmo/lmfit/zelmo_lm.h"
-
-namespace xgeofeature {
-class XFPlane;
-}
 
 namespace zelmolm {
 

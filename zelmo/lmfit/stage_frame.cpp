@@ -77,7 +77,8 @@ std::vector<int> withoutLargest(const std::vector<int>& candidates,
     }
   }
   const int missing = k - dropped;
-  if (dropped<k&& static_cast<int>(pending.size())> missing)
+  const int held = static_cast<int>(pending.size());
+  if (dropped < k && held > missing)
     kept.insert(kept.end(), pending.begin(), pending.end() - missing);
   return kept;
 }
@@ -146,20 +147,92 @@ void fillStatistics(const StageShape& shape,
   stats[3] = static_cast<float>(variance);
 }
 
+namespace {
+
+// The first fit on all points, then the shape's preparation for the tests.
+bool firstFit(StageShape& shape,
+              const float* points,
+              const float* normals,
+              int count) {
+  if (shape.fitAll(points, normals, count) < 0) return false;
+  shape.prepare();
+  return true;
+}
+
+// Keeps the points inside the band and, when `cosLimit` is given, passing
+// the angle test (tested only inside the band).
+int bandFilter(StageShape& shape,
+               Stage stage,
+               const float* points,
+               const float* normals,
+               int count,
+               float value,
+               const double* cosLimit) {
+  if (!firstFit(shape, points, normals, count)) return -1;
+  std::vector<float> residuals;
+  const Band band =
+      statisticsBand(shape, stage, points, count, value, residuals);
+  std::vector<int> kept;
+  for (int i = 0; i < count; ++i)
+    if (band.contains(residuals[i]) &&
+        (cosLimit == nullptr ||
+         shape.angleHolds(points + 3 * i, normals + 3 * i, *cosLimit)))
+      kept.push_back(i);
+  return refitKept(shape, stage, kept, points, normals, count);
+}
+
+// Flags the points failing the angle test when `cosLimit` is given (a of
+// them), then drops k = (int)((float)(count - a) * value) of the largest
+// |residual| among the rest. k = 0 with nothing flagged leaves the first
+// fit standing; k = 0 after angle drops fails on purpose, rather than
+// refit without the flagged points.
+int proportionFilter(StageShape& shape,
+                     Stage stage,
+                     const float* points,
+                     const float* normals,
+                     int count,
+                     float value,
+                     const double* cosLimit) {
+  if (!firstFit(shape, points, normals, count)) return -1;
+  std::vector<bool> flagged(count, false);
+  int a = 0;
+  if (cosLimit != nullptr) {
+    for (int i = 0; i < count; ++i) {
+      flagged[i] =
+          !shape.angleHolds(points + 3 * i, normals + 3 * i, *cosLimit);
+      if (flagged[i]) ++a;
+    }
+  }
+  const std::vector<float> absResidual =
+      absoluteResiduals(shape, points, count);
+  const int k = static_cast<int>(static_cast<float>(count - a) * value);
+  std::vector<int> candidates;
+  std::vector<float> work;
+  for (int i = 0; i < count; ++i) {
+    if (flagged[i]) continue;
+    candidates.push_back(i);
+    work.push_back(absResidual[i]);
+  }
+  if (k == 0 && a == 0) return 0;
+  if (k < 1 || k > count - a) return -1;
+  const float threshold =
+      kthLargest(work.data(), static_cast<int>(work.size()), k);
+  shape.onThreshold(stage, threshold);
+  if (threshold <= kNoSelection) return -1;
+  const std::vector<int> kept = withoutLargest(candidates, absResidual, k,
+                                               threshold, shape.tieRule(stage));
+  return refitKept(shape, stage, kept, points, normals, count);
+}
+
+}  // namespace
+
 int bandStage(StageShape& shape,
               const float* points,
               const float* normals,
               int count,
               float value) {
-  if (shape.fitAll(points, normals, count) < 0) return -1;
-  shape.prepare();
-  std::vector<float> residuals;
-  const Band band =
-      statisticsBand(shape, Stage::kBand, points, count, value, residuals);
-  std::vector<int> kept;
-  for (int i = 0; i < count; ++i)
-    if (band.contains(residuals[i])) kept.push_back(i);
-  return refitKept(shape, Stage::kBand, kept, points, normals, count);
+  return bandFilter(shape, Stage::kBand, points, normals, count, value,
+                    nullptr);
 }
 
 int proportionStage(StageShape& shape,
@@ -167,20 +240,8 @@ int proportionStage(StageShape& shape,
                     const float* normals,
                     int count,
                     float value) {
-  if (shape.fitAll(points, normals, count) < 0) return -1;
-  shape.prepare();
-  const std::vector<float> absResidual =
-      absoluteResiduals(shape, points, count);
-  const int k = static_cast<int>(static_cast<float>(count) * value);
-  if (k == 0) return 0;
-  std::vector<float> work = absResidual;
-  const float threshold = kthLargest(work.data(), count, k);
-  if (threshold <= kNoSelection) return -1;
-  std::vector<int> all(count);
-  for (int i = 0; i < count; ++i) all[i] = i;
-  const std::vector<int> kept = withoutLargest(
-      all, absResidual, k, threshold, shape.tieRule(Stage::kProportion));
-  return refitKept(shape, Stage::kProportion, kept, points, normals, count);
+  return proportionFilter(shape, Stage::kProportion, points, normals, count,
+                          value, nullptr);
 }
 
 int angleStage(StageShape& shape,
@@ -188,8 +249,7 @@ int angleStage(StageShape& shape,
                const float* normals,
                int count,
                float angle) {
-  if (shape.fitAll(points, normals, count) < 0) return -1;
-  shape.prepare();
+  if (!firstFit(shape, points, normals, count)) return -1;
   const double cosLimit = cosineOfLimit(angle);
   const int cap = static_cast<int>(count * kAngleDropCap);
   int dropped = 0;
@@ -210,18 +270,9 @@ int bandAngleStage(StageShape& shape,
                    int count,
                    float value,
                    float angle) {
-  if (shape.fitAll(points, normals, count) < 0) return -1;
-  shape.prepare();
-  std::vector<float> residuals;
-  const Band band =
-      statisticsBand(shape, Stage::kBandAngle, points, count, value, residuals);
   const double cosLimit = cosineOfLimit(angle);
-  std::vector<int> kept;
-  for (int i = 0; i < count; ++i)
-    if (band.contains(residuals[i]) &&
-        shape.angleHolds(points + 3 * i, normals + 3 * i, cosLimit))
-      kept.push_back(i);
-  return refitKept(shape, Stage::kBandAngle, kept, points, normals, count);
+  return bandFilter(shape, Stage::kBandAngle, points, normals, count, value,
+                    &cosLimit);
 }
 
 int proportionAngleStage(StageShape& shape,
@@ -230,37 +281,9 @@ int proportionAngleStage(StageShape& shape,
                          int count,
                          float value,
                          float angle) {
-  if (shape.fitAll(points, normals, count) < 0) return -1;
-  shape.prepare();
   const double cosLimit = cosineOfLimit(angle);
-  std::vector<bool> flagged(count);
-  int a = 0;
-  for (int i = 0; i < count; ++i) {
-    flagged[i] = !shape.angleHolds(points + 3 * i, normals + 3 * i, cosLimit);
-    if (flagged[i]) ++a;
-  }
-  const std::vector<float> absResidual =
-      absoluteResiduals(shape, points, count);
-  const int k = static_cast<int>(static_cast<float>(count - a) * value);
-  std::vector<int> unflagged;
-  std::vector<float> work;
-  for (int i = 0; i < count; ++i) {
-    if (flagged[i]) continue;
-    unflagged.push_back(i);
-    work.push_back(absResidual[i]);
-  }
-  if (k == 0 && a == 0) return 0;
-  // Angle drops with k at 0 fail on purpose rather than refit without them.
-  if (k < 1 || k > count - a) return -1;
-  const float threshold =
-      kthLargest(work.data(), static_cast<int>(work.size()), k);
-  shape.onThreshold(Stage::kProportionAngle, threshold);
-  if (threshold <= kNoSelection) return -1;
-  const std::vector<int> kept =
-      withoutLargest(unflagged, absResidual, k, threshold,
-                     shape.tieRule(Stage::kProportionAngle));
-  return refitKept(shape, Stage::kProportionAngle, kept, points, normals,
-                   count);
+  return proportionFilter(shape, Stage::kProportionAngle, points, normals,
+                          count, value, &cosLimit);
 }
 
 int runFilter(StageShape& shape,

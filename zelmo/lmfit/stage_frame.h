@@ -87,8 +87,8 @@ class StageShape {
   virtual int solverFailure() const = 0;
 
   // Console hooks, silent by default: the band of a sigma filter; the
-  // threshold of the combined proportion filter (before it is tested for
-  // failure); the kept count before and after the refit.
+  // threshold of a proportion filter (before it is tested for failure); the
+  // kept count before and after the refit.
   virtual void onBand(Stage, float, float, double, double) {}
   virtual void onThreshold(Stage, float) {}
   virtual void onFiltered(Stage, int, int) {}
