@@ -141,8 +141,9 @@ class SphereStages : public lm::StageShape {
       lm::Stage stage, float mean, float sd, double hi, double lo) override {
     if (stage == lm::Stage::kBand) lm::printBand(mean, sd, hi, lo);
   }
-  void onThreshold(lm::Stage, float threshold) override {
-    lm::printThreshold(threshold, false);
+  void onThreshold(lm::Stage stage, float threshold) override {
+    if (stage == lm::Stage::kProportionAngle)
+      lm::printThreshold(threshold, false);
   }
 
  private:
