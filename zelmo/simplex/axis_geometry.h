@@ -1,0 +1,67 @@
+// Centroids, scatter matrices and extents along an axis, shared by the
+// start values and post-steps of the x3dfit classes. Internal to the library.
+#ifndef ZELMO_SIMPLEX_AXIS_GEOMETRY_H_
+#define ZELMO_SIMPLEX_AXIS_GEOMETRY_H_
+
+#include <functional>
+#include <opencv2/core.hpp>
+#include <vector>
+
+namespace zelmo {
+namespace simplexfit {
+
+// A point closer than this to the axis origin in every coordinate sits at
+// t = 0 of MeasureAlongAxis.
+constexpr double kAtAxisOrigin = 1e-6;
+// The radial distance MeasureAlongAxis gives a point at the axis origin.
+constexpr double kRadialAtAxisOrigin = 0.1;
+
+// MeanInFloat(): the centroid with the sums and the division in float.
+// MeanInDouble(): the centroid in double. Both are NaN for no points.
+cv::Point3f MeanInFloat(const std::vector<cv::Point3f>& points);
+cv::Vec3d MeanInDouble(const std::vector<cv::Point3f>& points);
+
+// How Scatter forms x - c: in float (c must then be a float value, as from
+// MeanInFloat) and widened after, or in double.
+enum class Subtraction { kInFloat, kInDouble };
+
+// Scatter()
+// The 3 x 3 double matrix A^T A, A holding one row x - c per point.
+// Zero for no points.
+cv::Mat Scatter(const std::vector<cv::Point3f>& points,
+                const cv::Vec3d& c,
+                Subtraction subtraction);
+
+// The extent of points along an axis, and their largest distance from it.
+struct AxialSpan {
+  double tmin = 1e10;
+  double tmax = -1e10;
+  double rmax = 0.0;
+};
+
+// MeasureAlongAxis()
+// For each point x, e = origin - x in float; when every |e_k| is below
+// kAtAxisOrigin the point sits at t = 0 with radial distance
+// kRadialAtAxisOrigin, otherwise t = -(e . axis) and the radial distance is
+// |e x axis|, both in double. No points give the initial span.
+AxialSpan MeasureAlongAxis(const std::vector<cv::Point3f>& points,
+                           const cv::Point3f& origin,
+                           const double* axis);
+
+// FitEachPrincipalAxis()
+// Runs `fitAxis(axis, eigenvalue, centroid, p)` for the three principal
+// axes of `points` in order of decreasing spread; each run leaves its result
+// in p[0..8) and returns its score. p then receives the eight doubles of the
+// run with the smallest score, the earliest on a tie.
+void FitEachPrincipalAxis(
+    const std::vector<cv::Point3f>& points,
+    double* const p,
+    const std::function<double(const double* axis,
+                               double eigenvalue,
+                               const cv::Point3f& centroid,
+                               double* const p)>& fitAxis);
+
+}  // namespace simplexfit
+}  // namespace zelmo
+
+#endif  // ZELMO_SIMPLEX_AXIS_GEOMETRY_H_
