@@ -1,5 +1,4 @@
-// Shared steps of the recovery tests of the robust fits: running a fit on
-// samples with its console captured, and the axial extent of samples.
+// Shared steps of the recovery tests of the robust fits.
 #ifndef ZELMO_TESTS_SUPPORT_FIT_CHECKS_H_
 #define ZELMO_TESTS_SUPPORT_FIT_CHECKS_H_
 
@@ -15,9 +14,8 @@
 namespace zelmo {
 namespace test {
 
-// Runs fit.Fit(points, normals, count, param, method) on the samples with
-// the standard output captured; stores what was printed in `console` when
-// it is not null. Returns the fit's result.
+// fit.Fit(points, normals, count, param, method) on the samples with the
+// standard output captured into `console` (when not null).
 template <typename FitT>
 int RunFilteredFit(FitT& fit,
                    const Samples& s,

@@ -3,7 +3,6 @@
 #ifndef ZELMO_TESTS_SUPPORT_OUTLIERS_H_
 #define ZELMO_TESTS_SUPPORT_OUTLIERS_H_
 
-#include <algorithm>
 #include <functional>
 #include <opencv2/core.hpp>
 
@@ -12,35 +11,26 @@
 namespace zelmo {
 namespace test {
 
-// Moves every k-th point (k = 1 / fraction, the points AddOutliers picks)
-// `distance` along its normal and replaces the normal by turn(normal).
+// Moves every k-th point (k = 1 / fraction) `distance` along its normal
+// and replaces the normal by turn(normal).
 inline void AddTurnedOutliers(
     Samples& s,
     double fraction,
     double distance,
     const std::function<cv::Vec3d(const cv::Vec3d&)>& turn) {
-  if (fraction <= 0) return;
-  const size_t step = std::max<size_t>(1, static_cast<size_t>(1.0 / fraction));
+  const size_t step = static_cast<size_t>(1.0 / fraction);
   for (size_t i = 0; i < s.points.size(); i += step) {
     const cv::Vec3d n(s.normals[i].x, s.normals[i].y, s.normals[i].z);
-    const cv::Vec3d p =
-        cv::Vec3d(s.points[i].x, s.points[i].y, s.points[i].z) + distance * n;
-    const cv::Vec3d t = turn(n);
-    s.points[i] =
-        cv::Point3f(static_cast<float>(p[0]), static_cast<float>(p[1]),
-                    static_cast<float>(p[2]));
-    s.normals[i] =
-        cv::Point3f(static_cast<float>(t[0]), static_cast<float>(t[1]),
-                    static_cast<float>(t[2]));
+    const cv::Vec3d p(s.points[i].x, s.points[i].y, s.points[i].z);
+    s.points[i] = cv::Point3f(cv::Point3d(p + distance * n));
+    s.normals[i] = cv::Point3f(cv::Point3d(turn(n)));
   }
 }
 
-// A unit vector square to `n` (n x e for the coordinate axis least along
-// n): turns a surface normal into the surface.
+// A unit vector square to `n`: turns a surface normal into the surface.
 inline cv::Vec3d SquareTo(const cv::Vec3d& n) {
-  const cv::Vec3d a =
-      std::fabs(n[0]) < 0.5 ? cv::Vec3d(1, 0, 0) : cv::Vec3d(0, 1, 0);
-  const cv::Vec3d t = n.cross(a);
+  const cv::Vec3d t =
+      n.cross(std::fabs(n[0]) < 0.5 ? cv::Vec3d(1, 0, 0) : cv::Vec3d(0, 1, 0));
   return t * (1.0 / cv::norm(t));
 }
 
