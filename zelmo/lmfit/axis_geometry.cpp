@@ -2,16 +2,15 @@
 
 #include <cmath>
 
+#include "zelmo/measure/deviation_statistics.h"
+#include "zelmo/simplex/axis_geometry.h"
+
 namespace zelmo {
 namespace lmfit {
 namespace {
 
 // Below this float length the axis is stored as it came.
 constexpr float kAxisScaleGuard = 0.0001f;
-// A point this close to the origin in every coordinate sits at t = 0.
-constexpr double kCoincidentTol = 1e-6;
-// Starting bounds of the axial extent.
-constexpr double kRangeBound = 1e10;
 
 void storeUnitAxis(const double* direction, float* axis) {
   float v[3];
@@ -52,21 +51,12 @@ AxialRange axialRange(const float* points,
                       int count,
                       const float* origin,
                       const float* axis) {
-  AxialRange range{kRangeBound, -kRangeBound};
-  for (int i = 0; i < count; ++i) {
-    const float* p = points + 3 * i;
-    double d[3];
-    bool coincident = true;
-    for (int k = 0; k < 3; ++k) {
-      d[k] = static_cast<double>(p[k]) - origin[k];
-      if (std::fabs(d[k]) > kCoincidentTol) coincident = false;
-    }
-    const double t =
-        coincident ? 0.0 : d[0] * axis[0] + d[1] * axis[1] + d[2] * axis[2];
-    if (t < range.min) range.min = t;
-    if (t > range.max) range.max = t;
-  }
-  return range;
+  const double u[3] = {axis[0], axis[1], axis[2]};
+  const simplexfit::AxialSpan span =
+      simplexfit::MeasureAlongAxis(measure::copyPoints3(points, count),
+                                   cv::Point3f(origin[0], origin[1], origin[2]),
+                                   u, simplexfit::Subtraction::kInDouble);
+  return AxialRange{span.tmin, span.tmax};
 }
 
 }  // namespace lmfit

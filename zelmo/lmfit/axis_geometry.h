@@ -41,9 +41,10 @@ struct AxialRange {
 };
 
 // axialRange()
-// Positions t = axis . (P - origin) in double of `count` points, t taken
-// as 0 for a point within 1e-6 of `origin` in every coordinate. With no
-// points the range stays at its start, min 1e10 and max -1e10.
+// Positions t = axis . (P - origin) of `count` points, P - origin formed in
+// double, t taken as 0 for a point within 1e-6 of `origin` in every
+// coordinate. With no points the range stays at its start, min 1e10 and
+// max -1e10.
 AxialRange axialRange(const float* points,
                       int count,
                       const float* origin,

@@ -7,6 +7,7 @@
 #include "zelmo/lmfit/circle_2d_lm.h"
 #include "zelmo/lmfit/filter_param.h"
 #include "zelmo/lmfit/plane_fit_lm.h"
+#include "zelmo/measure/deviation_statistics.h"
 
 namespace zelmolm {
 namespace {
@@ -63,15 +64,13 @@ int XCircleFit3DLM::fitInPlane(const float* points,
     d = fitted.d;
   }
 
-  std::vector<cv::Point3f> pts(count);
-  for (int i = 0; i < count; ++i)
-    pts[i] = cv::Point3f(points[3 * i], points[3 * i + 1], points[3 * i + 2]);
   const double params[4] = {a, b, c, d};
   std::vector<cv::Point2f> local;
   double T[16], I[16];
-  zelmo::frame::projectToPlaneFrame(
-      pts, params, zelmo::frame::AxisFallback::kZero,
-      zelmo::frame::AlignMode::kGuarded, local, T);
+  zelmo::frame::projectToPlaneFrame(zelmo::measure::copyPoints3(points, count),
+                                    params, zelmo::frame::AxisFallback::kZero,
+                                    zelmo::frame::AlignMode::kGuarded, local,
+                                    T);
   zelmo::frame::convertMatrixRT(T, I);
 
   std::vector<float> xy(2 * static_cast<size_t>(count));

@@ -7,6 +7,8 @@
 #include "zelmo/feature/solid_records.h"
 #include "zelmo/lmfit/console.h"
 #include "zelmo/lmfit/stage_frame.h"
+#include "zelmo/measure/deviation_statistics.h"
+#include "zelmo/simplex/axis_geometry.h"
 
 namespace zelmolm {
 namespace {
@@ -21,59 +23,6 @@ constexpr int kSolverFailure = -2;
 double sphereResidual(const double* q, const float* pt) {
   const double dx = pt[0] - q[0], dy = pt[1] - q[1], dz = pt[2] - q[2];
   return std::sqrt(dx * dx + dy * dy + dz * dz) - q[3];
-}
-
-// The algebraic sphere x^2 + y^2 + z^2 + q0 x + q1 y + q2 z + q3 = 0 of
-// the points taken about their centroid, solved from its normal equations;
-// writes center and radius into `params` (a radius under a negative root
-// is NaN, which the solver then reports).
-void algebraicSphere(const float* points, int count, double* params) {
-  double mean[3] = {0, 0, 0};
-  for (int i = 0; i < count; ++i)
-    for (int k = 0; k < 3; ++k) mean[k] += points[3 * i + k];
-  for (int k = 0; k < 3; ++k) mean[k] /= count;
-
-  double Su = 0, Sv = 0, Sw = 0, Suv = 0, Suw = 0, Svw = 0;
-  double Suu = 0, Svv = 0, Sww = 0, Suuu = 0, Svvv = 0, Swww = 0;
-  double Svvu = 0, Suuv = 0, Swwu = 0, Suuw = 0, Svvw = 0, Swwv = 0;
-  for (int i = 0; i < count; ++i) {
-    const double u = points[3 * i] - mean[0];
-    const double v = points[3 * i + 1] - mean[1];
-    const double w = points[3 * i + 2] - mean[2];
-    Su += u;
-    Sv += v;
-    Sw += w;
-    Suv += u * v;
-    Suw += u * w;
-    Svw += v * w;
-    Suu += u * u;
-    Svv += v * v;
-    Sww += w * w;
-    Suuu += u * u * u;
-    Svvv += v * v * v;
-    Swww += w * w * w;
-    Svvu += v * v * u;
-    Suuv += u * u * v;
-    Swwu += w * w * u;
-    Suuw += u * u * w;
-    Svvw += v * v * w;
-    Swwv += w * w * v;
-  }
-  const double n = count;
-  const cv::Mat M = (cv::Mat_<double>(4, 4) << Suu, Suv, Suw, Su,  //
-                     Suv, Svv, Svw, Sv,                            //
-                     Suw, Svw, Sww, Sw,                            //
-                     Su, Sv, Sw, n);
-  const cv::Mat b =
-      (cv::Mat_<double>(4, 1) << -(Suuu + Svvu + Swwu), -(Svvv + Suuv + Swwv),
-       -(Swww + Suuw + Svvw), -(Suu + Svv + Sww));
-  const cv::Mat q = M.inv() * b;
-  const double q0 = q.at<double>(0), q1 = q.at<double>(1), q2 = q.at<double>(2),
-               q3 = q.at<double>(3);
-  params[0] = mean[0] - 0.5 * q0;
-  params[1] = mean[1] - 0.5 * q1;
-  params[2] = mean[2] - 0.5 * q2;
-  params[3] = std::sqrt((q0 * q0 + q1 * q1 + q2 * q2) * 0.25 - q3);
 }
 
 }  // namespace
@@ -174,7 +123,8 @@ int XSphereFitLM::Fit1(const float* points, const float*, const int& count) {
   if (count < kMinPoints) return -1;
   residualFunction_ = Fit_Function;
   double params[kSphereParams];
-  algebraicSphere(points, count, params);
+  zelmo::simplexfit::AlgebraicSphere(zelmo::measure::copyPoints3(points, count),
+                                     params);
   const int result = Fit_LM(points, count, params, nullptr, kSphereParams);
   store(params);
   return result < 0 ? kSolverFailure : 0;
