@@ -15,6 +15,13 @@
 #include "zelmo/simplex/principal_axes.h"
 #include "zelmo/simplex/sphere_fit.h"
 
+#include "zelmo/curvefit/circle_fit.h"
+#include "zelmo/curvefit/curve_fit.h"
+#include "zelmo/curvefit/fit_method.h"
+#include "zelmo/curvefit/oval_groove_fit.h"
+#include "zelmo/curvefit/rectangle_fit.h"
+#include "zelmo/curvefit/round_groove_fit.h"
+
 #include "zelmo/lmfit/circle_fit_3d_lm.h"
 #include "zelmo/lmfit/cone_fit_lm.h"
 #include "zelmo/lmfit/cylinder_fit_lm.h"
@@ -23,7 +30,10 @@
 #include "zelmo/lmfit/sphere_fit_lm.h"
 #include "zelmo/lmfit/zelmo_lm.h"
 
+#include "zelmo/measure/feature_constructor.h"
+#include "zelmo/measure/feature_dimension.h"
 #include "zelmo/measure/geo_constructor.h"
+#include "zelmo/measure/geo_dimension.h"
 #include "zelmo/measure/geo_tolerance.h"
 
 #include "zelmo/display/circle3d.h"

@@ -3,17 +3,13 @@
 #include <cmath>
 #include <iostream>
 
+#include "zelmo/feature/plane_frame.h"
+
 namespace zelmo {
 namespace frame {
 namespace {
 
 constexpr double kPi = 3.14159265358979323846;
-
-// `v` made unit; a zero vector stays zero.
-cv::Vec3d unitOrZero(const cv::Vec3d& v) {
-  const double n = cv::norm(v);
-  return n == 0.0 ? cv::Vec3d(0, 0, 0) : v / n;
-}
 
 // The Rodrigues matrix of unit axis u, cosine c and sine s.
 cv::Mat rodrigues(const cv::Vec3d& u, double c, double s) {
@@ -60,6 +56,11 @@ void conjugateDiagonal(
 }
 
 }  // namespace
+
+cv::Vec3d unitOrZero(const cv::Vec3d& v) {
+  const double n = cv::norm(v);
+  return n == 0.0 ? cv::Vec3d(0, 0, 0) : v / n;
+}
 
 int largestAbsIndex(const cv::Vec3d& v) {
   int i = 0;
@@ -216,57 +217,6 @@ void projection2Plane_tranformed(const std::vector<cv::Point3f>& points,
                                  double* const transform,
                                  AlignMode mode) {
   projectToPlaneFrame(points, plane, AxisFallback::kZero, mode, out, transform);
-}
-
-void projectToPlaneFrame(const std::vector<cv::Point3f>& points,
-                         const double* const plane,
-                         AxisFallback fallback,
-                         AlignMode mode,
-                         std::vector<cv::Point2f>& out,
-                         double* const transform) {
-  std::vector<cv::Point3f> projected;
-  projection2Plane(points, plane, projected);
-  cv::Vec3d c(0, 0, 0);
-  for (const cv::Point3f& q : projected) c += cv::Vec3d(q.x, q.y, q.z);
-  if (!projected.empty()) c /= static_cast<double>(projected.size());
-
-  const cv::Vec3d n(plane[0], plane[1], plane[2]);
-  cv::Vec3d u(0, 0, 0);
-  bool found = false;
-  for (const cv::Point3f& q : projected) {
-    const cv::Vec3d diff = cv::Vec3d(q.x, q.y, q.z) - c;
-    if (!(std::fabs(diff[0]) < kFrameAxisMinOffset) ||
-        !(std::fabs(diff[1]) < kFrameAxisMinOffset) ||
-        !(std::fabs(diff[2]) < kFrameAxisMinOffset)) {
-      u = unitOrZero(diff);
-      found = true;
-      break;
-    }
-  }
-  if (!found && fallback == AxisFallback::kSeedAxis) {
-    const bool aLargest = std::fabs(n[0]) >= std::fabs(n[1]) &&
-                          std::fabs(n[0]) >= std::fabs(n[2]);
-    const cv::Vec3d t = aLargest ? cv::Vec3d(0, 1, 0) : cv::Vec3d(1, 0, 0);
-    u = unitOrZero(unitOrZero(n.cross(t)).cross(n));
-  }
-  const cv::Vec3d w = unitOrZero(n.cross(u));
-
-  const cv::Vec3d tn[3] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
-  const cv::Point3d tp[3] = {{0, 0, 0}, {0, 0, 0}, {0, 0, 0}};
-  const cv::Vec3d sn[3] = {u, w, n};
-  const cv::Point3d sp[3] = {cv::Point3d(c), cv::Point3d(c), cv::Point3d(c)};
-  double T[16];
-  alignBy3Plane(tn, tp, sn, sp, T, mode);
-
-  out.resize(projected.size());
-  for (size_t k = 0; k < projected.size(); ++k) {
-    const double x = projected[k].x, y = projected[k].y, z = projected[k].z;
-    out[k] =
-        cv::Point2f(static_cast<float>(T[0] * x + T[1] * y + T[2] * z + T[3]),
-                    static_cast<float>(T[4] * x + T[5] * y + T[6] * z + T[7]));
-  }
-  if (transform != nullptr)
-    for (int k = 0; k < 16; ++k) transform[k] = T[k];
 }
 
 void getMatrixR(const cv::Vec3d& axis,

@@ -52,6 +52,10 @@ int Intersection3Planes(const cv::Vec3d* normals,
                         const cv::Point3d* points,
                         cv::Mat& out);
 
+// unitOrZero()
+// `v` made unit; a zero vector stays zero.
+cv::Vec3d unitOrZero(const cv::Vec3d& v);
+
 // largestAbsIndex()
 // Index of the largest |v[k]|, testing k = 0, 1, 2 in order with a strict
 // greater-than, so that the lowest index wins a tie.
@@ -120,33 +124,6 @@ void projection2Plane_tranformed(const std::vector<cv::Point3f>& points,
                                  std::vector<cv::Point2f>& out,
                                  double* const transform,
                                  AlignMode mode);
-
-// How projectToPlaneFrame picks the local x axis when no projected point
-// lies kFrameAxisMinOffset away from the centroid in some coordinate.
-enum class AxisFallback {
-  // x stays zero and the frame is degenerate: the singular solve raises
-  // OpenCV's error.
-  kZero,
-  // x = unit(unit(n x t) x n), with t = (0, 1, 0) when |a| is at least |b|
-  // and |c|, else (1, 0, 0): any in-plane axis, so that a cloud gathered
-  // in one spot still gets a frame.
-  kSeedAxis,
-};
-
-// projectToPlaneFrame()
-// Projects the points onto `plane` and maps them into the plane's local
-// frame: origin at the centroid c of the projections, x along the first
-// projection (input order) that lies at least kFrameAxisMinOffset from c in
-// some coordinate (else by `fallback`), y = unit(n x x), z = n. Writes the
-// 2D coordinates into `out` and T (world to local, 16 doubles) into
-// `transform` when it is not null. `mode` is the alignBy3Plane flavour of
-// the calling class.
-void projectToPlaneFrame(const std::vector<cv::Point3f>& points,
-                         const double* const plane,
-                         AxisFallback fallback,
-                         AlignMode mode,
-                         std::vector<cv::Point2f>& out,
-                         double* const transform);
 
 // getMatrixR()
 // Rotation by `angle` about `axis` (made unit in double; a zero axis gives

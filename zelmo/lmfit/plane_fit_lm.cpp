@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "zelmo/feature/frame_toolkit.h"
+#include "zelmo/feature/plane_frame.h"
 #include "zelmo/lmfit/console.h"
 #include "zelmo/lmfit/kth_largest.h"
 #include "zelmo/lmfit/stage_frame.h"
@@ -320,28 +321,11 @@ void XPlaneFitLM::getFourCorner(const float* points,
   std::vector<cv::Point3f> pts(count);
   for (int i = 0; i < count; ++i)
     pts[i] = cv::Point3f(points[3 * i], points[3 * i + 1], points[3 * i + 2]);
-  std::vector<cv::Point2f> local;
-  double T[16], I[16];
-  zelmo::frame::projectToPlaneFrame(
-      pts, params, zelmo::frame::AxisFallback::kSeedAxis,
-      zelmo::frame::AlignMode::kGuarded, local, T);
-  zelmo::frame::convertMatrixRT(T, I);
-  const cv::RotatedRect rect = cv::minAreaRect(local);
-
-  // Local (x, y, 0) back to space through the inverse transform.
-  auto toSpace = [&I](double x, double y, float* out) {
-    for (int r = 0; r < 3; ++r)
-      out[r] =
-          static_cast<float>(I[4 * r] * x + I[4 * r + 1] * y + I[4 * r + 3]);
-  };
+  double I[16];
+  const cv::RotatedRect rect = zelmo::frame::planeBoxCorners(
+      pts, params, zelmo::frame::AlignMode::kGuarded, corners, I);
   const double cx = rect.center.x, cy = rect.center.y;
   const double hw = rect.size.width * 0.5, hh = rect.size.height * 0.5;
-  // Deliberately the box along the local axes, not the rotated rectangle.
-  const double x1 = cx + hw, y1 = cy + hh, x0 = cx - hw, y0 = cy - hh;
-  toSpace(x1, y1, corners);
-  toSpace(x0, y1, corners + 3);
-  toSpace(x0, y0, corners + 6);
-  toSpace(x1, y0, corners + 9);
 
   float angle = rect.angle;
   if (hw > hh) {
@@ -353,10 +337,10 @@ void XPlaneFitLM::getFourCorner(const float* points,
     angle = static_cast<float>(angle + 90.0);  // stored in float
   }
   const double rad = angle * kPi / 180.0;
-  for (int r = 0; r < 3; ++r)
-    majorDir[r] = static_cast<float>(std::cos(rad) * I[4 * r] +
-                                     std::sin(rad) * I[4 * r + 1]);
-  toSpace(cx, cy, center);
+  const cv::Vec3d major = zelmo::frame::localDirection(I, rad);
+  for (int r = 0; r < 3; ++r) majorDir[r] = static_cast<float>(major[r]);
+  const cv::Vec3d centre = zelmo::frame::fromLocal2D(I, cx, cy);
+  for (int r = 0; r < 3; ++r) center[r] = static_cast<float>(centre[r]);
 }
 
 }  // namespace zelmolm

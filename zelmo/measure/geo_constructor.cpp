@@ -5,13 +5,15 @@
 #include <vector>
 
 #include "zelmo/feature/frame_toolkit.h"
+#include "zelmo/measure/record_math.h"
 
 namespace xgeomeasure {
 namespace {
 
-// A vector whose components all lie strictly inside (-kSmall, kSmall) is
-// treated as zero: coincident points, parallel directions.
-constexpr double kSmall = 1e-6;
+using zelmo::measure::isSmall;
+using zelmo::measure::store;
+using zelmo::measure::unitOrZero;
+using zelmo::measure::vec;
 // |direction . normal| below this means a line runs parallel to a plane.
 constexpr double kParallelDot = 1e-6;
 // A determinant below this in magnitude means four points are coplanar.
@@ -19,22 +21,6 @@ constexpr double kSphereDetEps = 1e-6;
 // Two non-parallel lines farther apart than this (in units of the length of
 // the cross product of their directions) are skew.
 constexpr double kSkewDistance = 1e-5;
-
-cv::Vec3d vec(const float* const v) { return cv::Vec3d(v[0], v[1], v[2]); }
-
-bool isSmall(const cv::Vec3d& v) {
-  return std::fabs(v[0]) < kSmall && std::fabs(v[1]) < kSmall &&
-         std::fabs(v[2]) < kSmall;
-}
-
-cv::Vec3d unitOrZero(const cv::Vec3d& v) {
-  const double n = cv::norm(v);
-  return n == 0.0 ? v : v * (1.0 / n);
-}
-
-void store(const cv::Vec3d& v, float* const out) {
-  for (int k = 0; k < 3; ++k) out[k] = static_cast<float>(v[k]);
-}
 
 // The square of a coordinate, taken in float as the circle and sphere
 // constructions require.

@@ -4,6 +4,7 @@
 #include <opencv2/imgproc.hpp>
 
 #include "zelmo/feature/frame_toolkit.h"
+#include "zelmo/feature/plane_frame.h"
 #include "zelmo/simplex/axis_geometry.h"
 #include "zelmo/simplex/residual_sums.h"
 #include "zelmo/solver/simplex_loop.h"
@@ -79,28 +80,8 @@ double XPlaneFit::Chebyshev_MaxDistance(const gsl_vector* v, void* params) {
 void XPlaneFit::getFourCorner(const std::vector<cv::Point3f>& points,
                               double* const params,
                               float* const corners) {
-  // The local frame of the plane; a cloud gathered in one spot still gets
-  // an in-plane x axis.
-  std::vector<cv::Point2f> local;
-  double T[16], I[16];
-  zelmo::frame::projectToPlaneFrame(points, params,
-                                    zelmo::frame::AxisFallback::kSeedAxis,
-                                    zelmo::frame::AlignMode::kPlain, local, T);
-  convertMatrixRT(T, I);
-
-  // The rectangle's angle is deliberately ignored: it is taken parallel to
-  // the local axes.
-  const cv::RotatedRect box = cv::minAreaRect(local);
-  const double cx = box.center.x, cy = box.center.y;
-  const double hw = box.size.width / 2.0, hh = box.size.height / 2.0;
-  const double cornerX[4] = {cx + hw, cx - hw, cx - hw, cx + hw};
-  const double cornerY[4] = {cy + hh, cy + hh, cy - hh, cy - hh};
-  for (int k = 0; k < 4; ++k) {
-    const double x = cornerX[k], y = cornerY[k];
-    corners[3 * k + 0] = static_cast<float>(I[0] * x + I[1] * y + I[3]);
-    corners[3 * k + 1] = static_cast<float>(I[4] * x + I[5] * y + I[7]);
-    corners[3 * k + 2] = static_cast<float>(I[8] * x + I[9] * y + I[11]);
-  }
+  zelmo::frame::planeBoxCorners(points, params, zelmo::frame::AlignMode::kPlain,
+                                corners, nullptr);
 }
 
 void XPlaneFit::getFourCorner(const float* points,

@@ -1,0 +1,109 @@
+// Both XGeoDimension classes: on float arrays (degrees) and on records
+// (radians, distance attributes).
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "tests/measure/record_test_util.h"
+#include "tests/support/samplers.h"
+#include "tests/support/tolerance.h"
+#include "zelmo/measure/feature_dimension.h"
+#include "zelmo/measure/geo_dimension.h"
+
+namespace {
+
+using xgeofeature::XDistanceAttributes;
+using xgeofeature::XFPoint;
+using zelmo::test::kPi;
+using zelmo::test::Line;
+using zelmo::test::Plane;
+using Arrays = xgeomeasure::XGeoDimension;
+using Records = xgeofeature::XGeoDimension;
+
+// Angles from float directions: acos of a well-conditioned cosine.
+constexpr double kDegreeTol = 1e-5;
+constexpr double kRadianTol = 1e-6;
+
+TEST(XGeoDimensionArrays, DistancesTakeTheDirectionAsGiven) {
+  const float p[3] = {1, 2, 3}, q[3] = {4, 6, 3}, point[3] = {5, 3, 4};
+  EXPECT_DOUBLE_EQ(Arrays::calcDistance_Point2Point(p, q), 5.0);
+  const float unit[6] = {0, 0, 0, 1, 0, 0}, doubled[6] = {0, 0, 0, 2, 0, 0};
+  EXPECT_DOUBLE_EQ(Arrays::calcDistance_Point2Line(point, unit), 5.0);
+  EXPECT_DOUBLE_EQ(Arrays::calcDistance_Point2Line(point, doubled), 10.0);
+  // Within 0.001 of the line's point in every coordinate counts as on the
+  // line, even off it; just outside measures.
+  const float axis[6] = {0, 0, 0, 0, 0, 1};
+  const float near[3] = {0.0009f, 0.0009f, -0.0009f}, off[3] = {0.0011f, 0, 0};
+  EXPECT_EQ(Arrays::calcDistance_Point2Line(near, axis), 0.0);
+  EXPECT_NEAR(Arrays::calcDistance_Point2Line(off, axis), 0.0011, 1e-9);
+  const float below[3] = {3, 4, -5};
+  EXPECT_DOUBLE_EQ(Arrays::calcDistance_Point2Plane(below, axis), 5.0);
+}
+
+TEST(XGeoDimensionArrays, OneDirectedAngleRoutineServesLinesAndPlanes) {
+  const float x[6] = {0, 0, 0, 1, 0, 0}, minusX[6] = {0, 0, 0, -1, 0, 0};
+  const float sixty[6] = {9, 9, 9, 0.5f, float(std::sqrt(3.0) / 2), 0};
+  EXPECT_NEAR(Arrays::calcAngle_Line_Line(x, sixty), 60.0, kDegreeTol);
+  EXPECT_NEAR(Arrays::calcAngle_Plane_Plane(x, sixty), 60.0, kDegreeTol);
+  EXPECT_EQ(Arrays::calcAngle_Line_Line(x, minusX), 180.0);
+  // 0.6f and 0.8f have a squared sum just above 1: clamped, not NaN.
+  const float tilted[6] = {0, 0, 0, 0.6f, 0.8f, 0};
+  const float against[6] = {0, 0, 0, -0.6f, -0.8f, 0};
+  EXPECT_EQ(Arrays::calcAngle_Line_Line(tilted, tilted), 0.0);
+  EXPECT_EQ(Arrays::calcAngle_Line_Line(tilted, against), 180.0);
+  // A line and a plane give the angle to the normal, not to the plane.
+  const float ground[6] = {0, 0, 0, 0, 0, 1}, upright[6] = {1, 1, 1, 0, 0, 1};
+  EXPECT_EQ(Arrays::calcAngle_Line_Plane(upright, ground), 0.0);
+  EXPECT_NEAR(Arrays::calcAngle_Line_Plane(x, ground), 90.0, kDegreeTol);
+}
+
+TEST(XGeoDimensionRecords, DistancesFillAttributesFromTheFoot) {
+  XDistanceAttributes out;
+  EXPECT_EQ(Records::Distance(XFPoint(1, 2, 3), XFPoint(4, -2, 3), out), 0);
+  EXPECT_EQ(out.distance, 5.0f);
+  EXPECT_EQ(out.dx + out.dy + out.dz, 7.0f);
+  // The distance is a float root of a float sum.
+  const XFPoint p(400.1f, -0.7f, 3.3f), q(-0.2f, 300.3f, 1.9f);
+  Records::Distance(p, q, out);
+  const float dx = q.x - p.x, dy = q.y - p.y, dz = q.z - p.z;
+  EXPECT_EQ(out.distance, std::sqrt(dx * dx + dy * dy + dz * dz));
+
+  const cv::Vec3d axis = cv::Vec3d(1, 2, 2) / 3.0;
+  XFPoint foot;
+  Records::Distance(XFPoint(7, 5, -2), Line(cv::Vec3d(2, 1, 0), axis, 5), foot,
+                    out);  // 6 along (2, 1, -2) / 3 from (3, 3, 2)
+  zelmo::test::ExpectNear3(zelmo::test::V(foot), cv::Vec3d(3, 3, 2), 1e-5);
+  EXPECT_NEAR(out.distance, 6.0, 1e-5);
+  EXPECT_NEAR(out.dx, 4.0, 1e-5);
+  Records::Distance(XFPoint(5, 4, 0), Plane(cv::Vec3d(2, 1, 0), axis), foot,
+                    out);  // 3 above (4, 2, -2)
+  zelmo::test::ExpectNear3(zelmo::test::V(foot), cv::Vec3d(4, 2, -2), 1e-5);
+  EXPECT_NEAR(out.distance, 3.0, 1e-5);
+}
+
+TEST(XGeoDimensionRecords, AnglesInRadiansWithLinePlaneFolded) {
+  const cv::Vec3d o(3, 4, 5), z(0, 0, 1);
+  const xgeofeature::XFLine3D2 along = Line(o, cv::Vec3d(1, 0, 0), 2);
+  EXPECT_EQ(Records::Angle(along, along.invert()), kPi);
+  EXPECT_NEAR(
+      Records::Angle(along, Line(o, cv::Vec3d(1, std::sqrt(3.0), 0), 2)),
+      kPi / 3, kRadianTol);
+  const xgeofeature::XFPlane ground = Plane(o, z);
+  EXPECT_EQ(Records::Angle(ground, ground.invert()), kPi);
+  // A line in the plane, either sense: 0. Thirty degrees to it, up or down
+  // and either sense, either argument order: pi / 6.
+  EXPECT_EQ(Records::Angle(along.invert(), ground), 0.0);
+  const double s = std::sqrt(3.0);
+  for (const cv::Vec3d& dir :
+       {cv::Vec3d(s, 0, 1), cv::Vec3d(s, 0, -1), cv::Vec3d(-s, 0, 1)}) {
+    EXPECT_NEAR(Records::Angle(Line(o, dir, 2), ground), kPi / 6, kRadianTol);
+    EXPECT_NEAR(Records::Angle(ground, Line(o, dir, 2)), kPi / 6, kRadianTol);
+  }
+  // Standing on the plane, or within the 1e-6 of the cross product test:
+  // exactly pi / 2.
+  EXPECT_EQ(Records::Angle(Line(o, z, 2), ground), kPi / 2);
+  EXPECT_EQ(Records::Angle(Line(o, cv::Vec3d(0.9e-6, 0, 1), 2), ground),
+            kPi / 2);
+}
+
+}  // namespace

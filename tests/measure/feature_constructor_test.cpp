@@ -1,0 +1,249 @@
+// XGeoFConstructor: features through points, projections, mirror images,
+// offsets and averages.
+#include "zelmo/measure/feature_constructor.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+#include "tests/measure/record_test_util.h"
+#include "tests/support/samplers.h"
+#include "tests/support/tolerance.h"
+
+namespace xgeofeature {
+namespace {
+
+using zelmo::test::ExpectNear3;
+using zelmo::test::ExpectSameDirection;
+using zelmo::test::Frame;
+using zelmo::test::kRecordChordDirTol;
+using zelmo::test::kRecordMaxOffset;
+using zelmo::test::kRecordPosTol;
+using zelmo::test::kUnwritten;
+using zelmo::test::Line;
+using zelmo::test::Plane;
+using zelmo::test::Pt;
+using zelmo::test::Put;
+using zelmo::test::V;
+using C = XGeoFConstructor;
+
+XFPointN PointN(const cv::Vec3d& p, const cv::Vec3d& n) {
+  float xyz[3], nxyz[3];
+  Put(p, xyz);
+  Put(n, nxyz);
+  return XFPointN(xyz, nxyz);
+}
+
+TEST(XGeoFConstructor, ThroughPointsRecoverPlaneCircleAndSphere) {
+  std::mt19937 rng(61);
+  for (int trial = 0; trial < 20; ++trial) {
+    SCOPED_TRACE(trial);
+    const Frame f = zelmo::test::RandomFrame(rng, kRecordMaxOffset);
+    const double sense = trial % 2 ? 1.0 : -1.0, s = 1 + trial % 4;
+    // An obtuse triangle: its smallest rectangle lies on the long side,
+    // 10 s by s about (5 s, s / 2). Only the first normal is read.
+    const XFPointN tri[3] = {PointN(f.At(0, 0, 0), sense * f.w),
+                             PointN(f.At(10 * s, 0, 0), -f.w),
+                             PointN(f.At(2 * s, s, 0), -f.w)};
+    XFPlane plane;
+    ASSERT_EQ(C::getPlane(tri, plane), 0);
+    ExpectSameDirection(V(plane.normal), sense * f.w, kRecordChordDirTol);
+    ExpectNear3(plane.center, f.At(5 * s, 0.5 * s, 0), kRecordPosTol);
+    zelmo::test::ExpectSameAxis(V(plane.majorDir), f.u, kRecordChordDirTol);
+    EXPECT_NEAR(plane.length, 10 * s, kRecordPosTol);
+    EXPECT_NEAR(plane.width, s, kRecordPosTol);
+
+    const double r = 5 + 50 * (trial % 5);
+    XFPointN on[3];
+    for (int i = 0; i < 3; ++i)
+      on[i] = PointN(f.At(r * std::cos(2.0 * i), r * std::sin(2.0 * i), 0),
+                     sense * f.w);
+    XFCircle3D circle;
+    ASSERT_EQ(C::getCircle(on, circle), 0);
+    ExpectNear3(circle.center, f.origin, kRecordPosTol);
+    EXPECT_NEAR(circle.radius, r, kRecordPosTol);
+    ExpectSameDirection(V(circle.normal), sense * f.w, kRecordChordDirTol);
+    ExpectSameDirection(V(circle.majorDir), V(on[1].point) - V(on[0].point),
+                        kRecordChordDirTol);
+
+    const XFPoint four[4] = {Pt(V(on[0].point)), Pt(V(on[1].point)),
+                             Pt(V(on[2].point)), Pt(f.At(0, r * 0.6, r * 0.8))};
+    XFSphere sphere;
+    ASSERT_EQ(C::getSphere(four, sphere), 0);
+    ExpectNear3(sphere.center, f.origin, kRecordPosTol);
+    EXPECT_NEAR(sphere.radius, r, kRecordPosTol);
+  }
+  // Collinear or coplanar points fail and leave the outputs as they were.
+  const XFPointN line[3] = {XFPointN(1, 2, 3, 0, 0, 1),
+                            XFPointN(2, 4, 6, 0, 0, 1),
+                            XFPointN(4, 8, 12, 0, 0, 1)};
+  const XFPoint flat[4] = {XFPoint(0, 0, 0), XFPoint(1, 0, 0), XFPoint(0, 1, 0),
+                           XFPoint(1, 1, 0)};
+  XFPlane plane;
+  XFCircle3D circle;
+  XFSphere sphere(kUnwritten, 0, 0, 1);
+  plane.length = circle.radius = kUnwritten;
+  EXPECT_EQ(C::getPlane(line, plane), C::kFailed);
+  EXPECT_EQ(C::getCircle(line, circle), C::kFailed);
+  EXPECT_EQ(C::getSphere(flat, sphere), C::kFailed);
+  EXPECT_EQ(plane.length + circle.radius + sphere.center[0], 3 * kUnwritten);
+}
+
+TEST(XGeoFConstructor, ProjectionsFindTheNearestPointOfEachFeature) {
+  std::mt19937 rng(62);
+  std::uniform_real_distribution<double> coord(-20, 20), radial(5, 40);
+  for (int trial = 0; trial < 20; ++trial) {
+    SCOPED_TRACE(trial);
+    const Frame f = zelmo::test::RandomFrame(rng, kRecordMaxOffset);
+    const double angle = coord(rng), rho = radial(rng), z = coord(rng);
+    const double cs = std::cos(angle), sn = std::sin(angle);
+    const XFPoint p = Pt(f.At(rho * cs, rho * sn, z));
+    XFPoint out;
+    C::getProjectionPoint(p, Line(f.origin, f.w, 3), out);
+    ExpectNear3(V(out), f.At(0, 0, z), kRecordPosTol);
+    C::getProjectionPoint(p, Plane(f.origin, f.w), out);
+    ExpectNear3(V(out), f.At(rho * cs, rho * sn, 0), kRecordPosTol);
+
+    float origin[3], axis[3];
+    Put(f.origin, origin);
+    Put(f.w, axis);
+    const XFSphere sphere(origin, 10.0f);
+    ASSERT_EQ(C::getProjectionPoint(p, sphere, out), 0);
+    const cv::Vec3d ray = V(p) - f.origin;
+    ExpectNear3(V(out), f.origin + 10.0 * ray / cv::norm(ray), kRecordPosTol);
+    const XFCylinder cylinder(origin, axis, 10.0f, 60.0f);
+    ASSERT_EQ(C::getProjectionPoint(p, cylinder, out), 0);
+    ExpectNear3(V(out), f.At(10 * cs, 10 * sn, z), kRecordPosTol);
+    // Half angle 45 degrees, apex at z = 30: the generator rho = 30 - z.
+    const XFCone cone(origin, axis, 30.0f, 10.0f, 20.0f);
+    ASSERT_EQ(C::getProjectionPoint(p, cone, out), 0);
+    const double footRho = (rho - z + 30) / 2, footZ = (z - rho + 30) / 2;
+    ExpectNear3(V(out), f.At(footRho * cs, footRho * sn, footZ), kRecordPosTol);
+
+    // Points on the axis or at the centre have no direction to go.
+    XFPoint onCylinderAxis, onConeAxis;
+    cylinder.getCenterPoint(onCylinderAxis);
+    cone.getCenterPoint(onConeAxis);
+    out.x = kUnwritten;
+    EXPECT_EQ(C::getProjectionPoint(XFPoint(origin), sphere, out), -1);
+    EXPECT_EQ(C::getProjectionPoint(onCylinderAxis, cylinder, out), -1);
+    EXPECT_EQ(C::getProjectionPoint(onConeAxis, cone, out), -1);
+    EXPECT_EQ(out.x, kUnwritten);
+  }
+}
+
+TEST(XGeoFConstructor, MirrorImagesComeBackUnderTheSecondMirror) {
+  std::mt19937 rng(63);
+  std::uniform_real_distribution<double> coord(-50, 50);
+  for (int trial = 0; trial < 20; ++trial) {
+    SCOPED_TRACE(trial);
+    const Frame f = zelmo::test::RandomFrame(rng, kRecordMaxOffset);
+    const double x = coord(rng), y = coord(rng), z = coord(rng);
+    const XFPoint p = Pt(f.At(x, y, z)), q = Pt(f.At(y, z, x));
+    XFPoint image, back;
+    C::getPointSymmetry(p, q, image);
+    ExpectNear3(V(image), 2.0 * V(q) - V(p), kRecordPosTol);
+    C::getPointSymmetry(image, q, back);
+    ExpectNear3(V(back), V(p), kRecordPosTol);
+    C::getPointSymmetry(p, Line(f.At(0, 0, 7), f.w, 2), image);
+    ExpectNear3(V(image), f.At(-x, -y, z), kRecordPosTol);
+    const XFPlane mirror = Plane(f.origin, f.w);
+    C::getPointSymmetry(p, mirror, image);
+    ExpectNear3(V(image), f.At(x, y, -z), kRecordPosTol);
+
+    XFLine3D2 lineImage;
+    C::getLineSymmetry(Line(f.At(x, y, z), f.u + f.w, 20), mirror, lineImage);
+    ExpectNear3(lineImage.center, f.At(x, y, -z), kRecordPosTol);
+    ExpectSameDirection(V(lineImage.dir), f.u - f.w, kRecordChordDirTol);
+    // A plane's centre and normal are mirrored, the rest copied.
+    XFPlane tilted = Plane(f.At(x, y, z), f.u + f.w), planeImage;
+    tilted.length = 7;
+    C::getPlaneSymmetry(tilted, mirror, planeImage);
+    ExpectNear3(planeImage.center, f.At(x, y, -z), kRecordPosTol);
+    ExpectSameDirection(V(planeImage.normal), f.u - f.w, kRecordChordDirTol);
+    ExpectNear3(planeImage.majorDir, tilted.majorDir, 0.0);
+    EXPECT_EQ(planeImage.length, 7.0f);
+  }
+  XFPoint image;  // within 1e-6 of q: the image is q itself
+  C::getPointSymmetry(XFPoint(1, 2, 3), XFPoint(1, 2, 3.0000005f), image);
+  EXPECT_EQ(image.z, 3.0000005f);
+}
+
+TEST(XGeoFConstructor, OffsetsAndAveragesFollowTheirRules) {
+  const XFLine3D2 far = Line(cv::Vec3d(900, -7, 5), cv::Vec3d(0, 0.6, 0.8), 1);
+  XFPoint moved;
+  C::getPointOffset(XFPoint(1, 2, 3), 0.0f, far, moved);
+  ExpectNear3(V(moved), cv::Vec3d(1, 2, 3), 0.0);
+  C::getPointOffset(XFPoint(1, 2, 3), 5.0f, far, moved);
+  ExpectNear3(V(moved), cv::Vec3d(1, 2 + far.dir[1] * 5, 3 + far.dir[2] * 5),
+              0.0);  // in float
+  XFPlane offset;
+  C::getPlaneOffset(Plane(cv::Vec3d(1, 2, 3), cv::Vec3d(0, 0, 1)), 2.5f,
+                    offset);
+  ExpectNear3(offset.center, cv::Vec3d(1, 2, 5.5), 0.0);
+  EXPECT_EQ(offset.d, -5.5f);
+
+  XFPoint mean(kUnwritten, 0, 0);
+  EXPECT_EQ(C::getPointAverage({}, mean), C::kFailed);
+  EXPECT_EQ(mean.x, kUnwritten);
+  C::getPointAverage(
+      {XFPoint(0.1f, 0, 0), XFPoint(0.2f, 3, 0), XFPoint(0.3f, 6, 9)}, mean);
+  EXPECT_EQ(mean.x, (0.1f + 0.2f + 0.3f) / 3.0f);  // summed in float
+
+  // Two parallel planes of opposite sense keep the first normal; the
+  // extent is the largest length or width of all.
+  const XFPlane up = Plane(cv::Vec3d(0, 0, 0), cv::Vec3d(0, 0, 1));
+  XFPlane down = Plane(cv::Vec3d(2, 4, 6), cv::Vec3d(0, 0, -1)), average;
+  down.width = 9;
+  ASSERT_EQ(C::getPlaneAverage({up, down}, average), 0);
+  ExpectNear3(average.center, cv::Vec3d(1, 2, 3), 0.0);
+  ExpectNear3(average.normal, up.normal, 0.0);
+  EXPECT_EQ(average.length + average.width, 18.0f);
+  C::getPlaneAverage({up, Plane(cv::Vec3d(3, 0, 0), cv::Vec3d(1, 0, 1)),
+                      Plane(cv::Vec3d(0, 3, 0), cv::Vec3d(-1, 0, 1))},
+                     average);
+  ExpectNear3(average.center, cv::Vec3d(1, 1, 0), 1e-6);
+  ExpectNear3(average.normal, up.normal, 1e-6);
+  // Three normals that cancel give no mean normal.
+  const double h = std::sqrt(3.0) / 2;
+  average.d = kUnwritten;
+  EXPECT_EQ(
+      C::getPlaneAverage({Plane(cv::Vec3d(0, 0, 0), cv::Vec3d(1, 0, 0)),
+                          Plane(cv::Vec3d(0, 0, 0), cv::Vec3d(-0.5, h, 0)),
+                          Plane(cv::Vec3d(0, 0, 0), cv::Vec3d(-0.5, -h, 0))},
+                         average),
+      C::kFailed);
+  EXPECT_EQ(average.d, kUnwritten);
+}
+
+TEST(XGeoFConstructor, ProjectedLineKeepsItsSenseAndShortLinesStillProject) {
+  std::mt19937 rng(64);
+  std::uniform_real_distribution<double> coord(-50, 50), tilt(-1.4, 1.4);
+  for (int trial = 0; trial < 20; ++trial) {
+    SCOPED_TRACE(trial);
+    const Frame f = zelmo::test::RandomFrame(rng, kRecordMaxOffset);
+    const double x = coord(rng), y = coord(rng), z = coord(rng), a = tilt(rng);
+    const float length = trial % 2 ? 30.0f : 0.001f;  // short: ends at +/-1
+    const XFLine3D2 line =
+        Line(f.At(x, y, z), std::cos(a) * f.u + std::sin(a) * f.w, length);
+    XFLine3D2 projected;
+    ASSERT_EQ(C::getProjectionLine(line, Plane(f.origin, f.w), projected), 0);
+    ExpectNear3(projected.center, f.At(x, y, 0), kRecordPosTol);
+    ExpectSameDirection(V(projected.dir), f.u, kRecordChordDirTol);
+    EXPECT_NEAR(projected.length, std::cos(a) * (trial % 2 ? 30.0 : 2.0),
+                kRecordPosTol);
+  }
+  // A line along the normal, also one 1e-7 off it, has no image.
+  XFLine3D2 out;
+  out.length = kUnwritten;
+  const XFPlane ground = Plane(cv::Vec3d(0, 0, 0), cv::Vec3d(0, 0, 1));
+  for (const cv::Vec3d& dir : {cv::Vec3d(0, 0, 1), cv::Vec3d(1e-7, 0, 1)})
+    EXPECT_EQ(
+        C::getProjectionLine(Line(cv::Vec3d(1, 2, 3), dir, 4), ground, out),
+        C::kFailed);
+  EXPECT_EQ(out.length, kUnwritten);
+}
+
+}  // namespace
+}  // namespace xgeofeature
