@@ -6,6 +6,8 @@
 #include <utility>
 #include <vector>
 
+#include "zelmo/curvefit/circle_fit2d.h"
+
 namespace zelmolm {
 namespace {
 
@@ -83,36 +85,10 @@ void circleThrough(const float* a,
 
 bool algebraicCircleSeed(const float* xy, int count, double* p) {
   if (count < kSeedMinPoints) return false;
-  double Sx = 0, Sy = 0, Sxx = 0, Syy = 0, Sxy = 0;
-  double Sxxx = 0, Syyy = 0, Sxxy = 0, Sxyy = 0;
   // Deliberately a pair per step up to float index count: the first half.
-  for (int i = 0; i < count; i += 2) {
-    const double x = xy[i], y = xy[i + 1];
-    Sx += x;
-    Sy += y;
-    Sxx += x * x;
-    Syy += y * y;
-    Sxy += x * y;
-    Sxxx += x * x * x;
-    Syyy += y * y * y;
-    Sxxy += x * x * y;
-    Sxyy += x * y * y;
-  }
-  const double n = count;
-  const double A = n * Sxx - Sx * Sx;
-  const double B = n * Sxy - Sx * Sy;
-  const double C = n * Syy - Sy * Sy;
-  const double D = n * Sxxy + n * Syyy - (Sxx + Syy) * Sy;
-  const double E = n * Sxyy + n * Sxxx - (Sxx + Syy) * Sx;
-  const double pp = (D * A - E * B) / (B * B - C * A);
-  const double q = (D * B - C * E) / (C * A - B * B);
-  const double s = -(pp * Sy + q * Sx + Sxx + Syy) / n;
-  const double x = pp * pp + q * q - 4 * s;
-  if (0 > x) return false;
-  p[0] = -q / 2;
-  p[1] = -pp / 2;
-  p[2] = std::sqrt(x) / 2;
-  return true;
+  std::vector<cv::Point2f> summed;
+  for (int i = 0; i < count; i += 2) summed.emplace_back(xy[i], xy[i + 1]);
+  return zelmo::curvefit::CircleStart(summed, count, p);
 }
 
 void Circle2DLM::leastSquaresResidual(

@@ -53,12 +53,13 @@ class Circle2DLM : public ZelmoLM {
 };
 
 // algebraicCircleSeed()
-// The start (cx, cy, r) of both fits, written into `p`, from the moment
-// sums of the points. The sums advance two floats per step and stop at
-// float index `count`, so they cover the first half of the points while
-// the formulas divide by `count`; the solver corrects the start, and the
-// result depends on it. Returns false for fewer than 3 points or a
-// negative squared radius, `p` then unwritten.
+// The start (cx, cy, r) of both fits, written into `p`: the algebraic
+// circle of the power sums of the points. The sums advance two floats per
+// step and stop at float index `count`, so they cover the first half of
+// the points while the formulas count all `count`; the solver corrects the
+// start, and the result depends on it. Returns false for fewer than 3
+// points or a squared radius that is negative or not finite, `p` then
+// unwritten.
 bool algebraicCircleSeed(const float* xy, int count, double* p);
 
 }  // namespace zelmolm

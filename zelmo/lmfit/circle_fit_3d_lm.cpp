@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "zelmo/feature/frame_toolkit.h"
+#include "zelmo/feature/plane_frame.h"
 #include "zelmo/lmfit/circle_2d_lm.h"
 #include "zelmo/lmfit/filter_param.h"
 #include "zelmo/lmfit/plane_fit_lm.h"
@@ -73,20 +74,17 @@ int XCircleFit3DLM::fitInPlane(const float* points,
                                     T);
   zelmo::frame::convertMatrixRT(T, I);
 
-  std::vector<float> xy(2 * static_cast<size_t>(count));
-  for (int i = 0; i < count; ++i) {
-    xy[2 * i] = local[i].x;
-    xy[2 * i + 1] = local[i].y;
-  }
+  // cv::Point2f holds x, y as two adjacent floats: the pairs the 2D fits
+  // read.
   Circle2DLM circle;
-  const int result = (circle.*stage)(xy.data(), count);
+  const int result = (circle.*stage)(&local[0].x, count);
   if (result < 0) return result;
 
-  const double x = circle.cx, y = circle.cy;
+  const cv::Vec3d centerInSpace =
+      zelmo::frame::fromLocal2D(I, circle.cx, circle.cy);
   for (int k = 0; k < 3; ++k) {
-    center[k] =
-        static_cast<float>(I[4 * k] * x + I[4 * k + 1] * y + I[4 * k + 3]);
-    majorDir[k] = static_cast<float>(I[4 * k]);
+    center[k] = static_cast<float>(centerInSpace[k]);
+    majorDir[k] = static_cast<float>(I[4 * k]);  // the local x axis
   }
   normal[0] = a;
   normal[1] = b;
