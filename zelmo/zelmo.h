@@ -22,8 +22,12 @@
 #include "zelmo/curvefit/rectangle_fit.h"
 #include "zelmo/curvefit/round_groove_fit.h"
 
+#include "zelmo/lmfit/circle_fit_3d_lm.h"
+#include "zelmo/lmfit/cone_fit_lm.h"
+#include "zelmo/lmfit/cylinder_fit_lm.h"
 #include "zelmo/lmfit/filter_param.h"
 #include "zelmo/lmfit/plane_fit_lm.h"
+#include "zelmo/lmfit/sphere_fit_lm.h"
 #include "zelmo/lmfit/zelmo_lm.h"
 
 #include "zelmo/measure/feature_constructor.h"

@@ -27,6 +27,12 @@ const OutlineShape kCircleOutline = {kCircleMinPoints, 1, false, &FitCircle2D,
                                      &AnyRadius};
 
 bool CircleStart(const std::vector<cv::Point2f>& points, double* const p) {
+  return CircleStart(points, static_cast<double>(points.size()), p);
+}
+
+bool CircleStart(const std::vector<cv::Point2f>& points,
+                 double n,
+                 double* const p) {
   double Sx = 0, Sy = 0, Sxx = 0, Syy = 0, Sxy = 0;
   double Sxxx = 0, Syyy = 0, Sxyy = 0, Sxxy = 0;
   for (const cv::Point2f& q : points) {
@@ -41,7 +47,6 @@ bool CircleStart(const std::vector<cv::Point2f>& points, double* const p) {
     Sxyy += x * y * y;
     Sxxy += x * x * y;
   }
-  const double n = static_cast<double>(points.size());
   const double a1 = n * Sxx - Sx * Sx;
   const double b1 = n * Sxy - Sx * Sy;
   const double a2 = n * Syy - Sy * Sy;

@@ -23,6 +23,11 @@ constexpr size_t kCircleMinPoints = 4;
 // radius would be the root of a negative or undefined value, as it is for
 // collinear points.
 bool CircleStart(const std::vector<cv::Point2f>& points, double* const p);
+// The same with the power sums taken over `points` while the formulas count
+// `n` points; n = points.size() is the algebraic circle.
+bool CircleStart(const std::vector<cv::Point2f>& points,
+                 double n,
+                 double* const p);
 
 // MaximumInscribedObjective()
 // For v = (cx, cy, r): with m the smallest signed distance of a point to

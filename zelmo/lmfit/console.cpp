@@ -20,5 +20,11 @@ void printThreshold(float threshold, bool flush) {
   if (flush) std::cout.flush();
 }
 
+void printSeed(const double* params, int n) {
+  std::cout << "param:";
+  for (int k = 0; k < n; ++k) std::cout << params[k] << (k + 1 < n ? " " : "");
+  std::cout << std::endl;
+}
+
 }  // namespace lmfit
 }  // namespace zelmo

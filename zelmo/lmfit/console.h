@@ -19,6 +19,10 @@ void printKept(int kept, int count);
 // flushed or not as the fit has it.
 void printThreshold(float threshold, bool flush);
 
+// "param:<p0> <p1> ... <p(n-1)>\n", flushed: the start values a fit got
+// from sample consensus.
+void printSeed(const double* params, int n);
+
 }  // namespace lmfit
 }  // namespace zelmo
 

@@ -7,6 +7,12 @@
 
 namespace zelmo {
 namespace simplexfit {
+namespace {
+
+// Four points span a sphere.
+constexpr size_t kAlgebraicSphereMinPoints = 4;
+
+}  // namespace
 
 cv::Point3f MeanInFloat(const std::vector<cv::Point3f>& points) {
   float sx = 0.0f, sy = 0.0f, sz = 0.0f;
@@ -23,6 +29,51 @@ cv::Vec3d MeanInDouble(const std::vector<cv::Point3f>& points) {
   cv::Vec3d sum(0.0, 0.0, 0.0);
   for (const cv::Point3f& x : points) sum += cv::Vec3d(x.x, x.y, x.z);
   return sum * (1.0 / static_cast<double>(points.size()));
+}
+
+bool AlgebraicSphere(const std::vector<cv::Point3f>& points, double* const p) {
+  if (points.size() < kAlgebraicSphereMinPoints) return false;
+  const cv::Vec3d m = MeanInDouble(points);
+  double sx = 0, sy = 0, sz = 0, sxx = 0, syy = 0, szz = 0, sxy = 0, sxz = 0,
+         syz = 0, sxxx = 0, syyy = 0, szzz = 0, sxyy = 0, sxxy = 0, sxzz = 0,
+         sxxz = 0, syyz = 0, syzz = 0;
+  for (const cv::Point3f& pt : points) {
+    const double x = pt.x - m[0], y = pt.y - m[1], z = pt.z - m[2];
+    sx += x;
+    sy += y;
+    sz += z;
+    sxx += x * x;
+    syy += y * y;
+    szz += z * z;
+    sxy += x * y;
+    sxz += x * z;
+    syz += y * z;
+    sxxx += x * x * x;
+    syyy += y * y * y;
+    szzz += z * z * z;
+    sxyy += x * y * y;
+    sxxy += x * x * y;
+    sxzz += x * z * z;
+    sxxz += x * x * z;
+    syyz += y * y * z;
+    syzz += y * z * z;
+  }
+  const double n = static_cast<double>(points.size());
+  const cv::Mat A = (cv::Mat_<double>(4, 4) << sxx, sxy, sxz, sx,  //
+                     sxy, syy, syz, sy,                            //
+                     sxz, syz, szz, sz,                            //
+                     sx, sy, sz, n);
+  const cv::Mat b =
+      (cv::Mat_<double>(4, 1) << -(sxxx + sxyy + sxzz), -(sxxy + syyy + syzz),
+       -(sxxz + syyz + szzz), -(sxx + syy + szz));
+  const cv::Mat s = A.inv() * b;  // D, E, F, G; zero when A is singular
+  const double D = s.at<double>(0), E = s.at<double>(1), F = s.at<double>(2),
+               G = s.at<double>(3);
+  p[0] = m[0] - D / 2;
+  p[1] = m[1] - E / 2;
+  p[2] = m[2] - F / 2;
+  p[3] = std::sqrt((D * D + E * E + F * F) * 0.25 - G);
+  return true;
 }
 
 cv::Mat Scatter(const std::vector<cv::Point3f>& points,
@@ -53,10 +104,14 @@ cv::Mat Scatter(const std::vector<cv::Point3f>& points,
 
 AxialSpan MeasureAlongAxis(const std::vector<cv::Point3f>& points,
                            const cv::Point3f& origin,
-                           const double* axis) {
+                           const double* axis,
+                           Subtraction subtraction) {
+  const bool inFloat = subtraction == Subtraction::kInFloat;
   AxialSpan span;
   for (const cv::Point3f& x : points) {
-    const float ex = origin.x - x.x, ey = origin.y - x.y, ez = origin.z - x.z;
+    const double ex = inFloat ? origin.x - x.x : double(origin.x) - x.x;
+    const double ey = inFloat ? origin.y - x.y : double(origin.y) - x.y;
+    const double ez = inFloat ? origin.z - x.z : double(origin.z) - x.z;
     double t = 0.0, radial = kRadialAtAxisOrigin;
     if (!(std::fabs(ex) < kAtAxisOrigin && std::fabs(ey) < kAtAxisOrigin &&
           std::fabs(ez) < kAtAxisOrigin)) {

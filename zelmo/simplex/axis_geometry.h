@@ -16,6 +16,14 @@ constexpr double kAtAxisOrigin = 1e-6;
 // The radial distance MeasureAlongAxis gives a point at the axis origin.
 constexpr double kRadialAtAxisOrigin = 0.1;
 
+// AlgebraicSphere()
+// The sphere x^2 + y^2 + z^2 + D x + E y + F z + G = 0 of least algebraic
+// error, solved (cv::Mat::inv, LU) in coordinates about the centroid in
+// double, as center and radius into p[0..3]. False with p untouched below
+// 4 points; coplanar points make the system singular, and the zero inverse
+// gives the centroid with a meaningless radius.
+bool AlgebraicSphere(const std::vector<cv::Point3f>& points, double* const p);
+
 // MeanInFloat(): the centroid with the sums and the division in float.
 // MeanInDouble(): the centroid in double. Both are NaN for no points.
 cv::Point3f MeanInFloat(const std::vector<cv::Point3f>& points);
@@ -40,13 +48,14 @@ struct AxialSpan {
 };
 
 // MeasureAlongAxis()
-// For each point x, e = origin - x in float; when every |e_k| is below
-// kAtAxisOrigin the point sits at t = 0 with radial distance
-// kRadialAtAxisOrigin, otherwise t = -(e . axis) and the radial distance is
-// |e x axis|, both in double. No points give the initial span.
+// For each point x, e = origin - x, formed as `subtraction` says; when
+// every |e_k| is below kAtAxisOrigin the point sits at t = 0 with radial
+// distance kRadialAtAxisOrigin, otherwise t = -(e . axis) and the radial
+// distance is |e x axis|, both in double. No points give the initial span.
 AxialSpan MeasureAlongAxis(const std::vector<cv::Point3f>& points,
                            const cv::Point3f& origin,
-                           const double* axis);
+                           const double* axis,
+                           Subtraction subtraction = Subtraction::kInFloat);
 
 // FitEachPrincipalAxis()
 // Runs `fitAxis(axis, eigenvalue, centroid, p)` for the three principal
