@@ -2,6 +2,7 @@
 
 #include "zelmo/feature/frame_toolkit.h"
 #include "zelmo/feature/plane_frame.h"
+#include "zelmo/feature/point_arrays.h"
 #include "zelmo/simplex/plane_fit.h"
 
 namespace zelmo {
@@ -67,10 +68,7 @@ void OrientByNormals(const float* normals,
 
 std::vector<cv::Point3f> TriplesToPoints(const float* points,
                                          const int& count) {
-  std::vector<cv::Point3f> out;
-  for (int i = 0; i < count; ++i)
-    out.emplace_back(points[3 * i], points[3 * i + 1], points[3 * i + 2]);
-  return out;
+  return copyPoints3(points, count);
 }
 
 }  // namespace curvefit

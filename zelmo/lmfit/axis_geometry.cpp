@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "zelmo/measure/deviation_statistics.h"
+#include "zelmo/feature/point_arrays.h"
 #include "zelmo/simplex/axis_geometry.h"
 
 namespace zelmo {
@@ -52,10 +52,9 @@ AxialRange axialRange(const float* points,
                       const float* origin,
                       const float* axis) {
   const double u[3] = {axis[0], axis[1], axis[2]};
-  const simplexfit::AxialSpan span =
-      simplexfit::MeasureAlongAxis(measure::copyPoints3(points, count),
-                                   cv::Point3f(origin[0], origin[1], origin[2]),
-                                   u, simplexfit::Subtraction::kInDouble);
+  const simplexfit::AxialSpan span = simplexfit::MeasureAlongAxis(
+      copyPoints3(points, count), cv::Point3f(origin[0], origin[1], origin[2]),
+      u, simplexfit::Subtraction::kInDouble);
   return AxialRange{span.tmin, span.tmax};
 }
 

@@ -5,10 +5,10 @@
 
 #include "zelmo/feature/frame_toolkit.h"
 #include "zelmo/feature/plane_frame.h"
+#include "zelmo/feature/point_arrays.h"
 #include "zelmo/lmfit/circle_2d_lm.h"
 #include "zelmo/lmfit/filter_param.h"
 #include "zelmo/lmfit/plane_fit_lm.h"
-#include "zelmo/measure/deviation_statistics.h"
 
 namespace zelmolm {
 namespace {
@@ -68,8 +68,8 @@ int XCircleFit3DLM::fitInPlane(const float* points,
   const double params[4] = {a, b, c, d};
   std::vector<cv::Point2f> local;
   double T[16], I[16];
-  zelmo::frame::projectToPlaneFrame(zelmo::measure::copyPoints3(points, count),
-                                    params, zelmo::frame::AxisFallback::kZero,
+  zelmo::frame::projectToPlaneFrame(zelmo::copyPoints3(points, count), params,
+                                    zelmo::frame::AxisFallback::kZero,
                                     zelmo::frame::AlignMode::kGuarded, local,
                                     T);
   zelmo::frame::convertMatrixRT(T, I);

@@ -7,6 +7,7 @@
 
 #include "zelmo/feature/frame_toolkit.h"
 #include "zelmo/feature/plane_frame.h"
+#include "zelmo/feature/point_arrays.h"
 #include "zelmo/lmfit/console.h"
 #include "zelmo/lmfit/kth_largest.h"
 #include "zelmo/lmfit/stage_frame.h"
@@ -318,9 +319,7 @@ void XPlaneFitLM::getFourCorner(const float* points,
                                 const int& count,
                                 double* const params,
                                 float* const corners) {
-  std::vector<cv::Point3f> pts(count);
-  for (int i = 0; i < count; ++i)
-    pts[i] = cv::Point3f(points[3 * i], points[3 * i + 1], points[3 * i + 2]);
+  const std::vector<cv::Point3f> pts = zelmo::copyPoints3(points, count);
   double I[16];
   const cv::RotatedRect rect = zelmo::frame::planeBoxCorners(
       pts, params, zelmo::frame::AlignMode::kGuarded, corners, I);

@@ -4,10 +4,10 @@
 #include <opencv2/core.hpp>
 #include <vector>
 
+#include "zelmo/feature/point_arrays.h"
 #include "zelmo/feature/solid_records.h"
 #include "zelmo/lmfit/console.h"
 #include "zelmo/lmfit/stage_frame.h"
-#include "zelmo/measure/deviation_statistics.h"
 #include "zelmo/simplex/axis_geometry.h"
 
 namespace zelmolm {
@@ -123,8 +123,7 @@ int XSphereFitLM::Fit1(const float* points, const float*, const int& count) {
   if (count < kMinPoints) return -1;
   residualFunction_ = Fit_Function;
   double params[kSphereParams];
-  zelmo::simplexfit::AlgebraicSphere(zelmo::measure::copyPoints3(points, count),
-                                     params);
+  zelmo::simplexfit::AlgebraicSphere(zelmo::copyPoints3(points, count), params);
   const int result = Fit_LM(points, count, params, nullptr, kSphereParams);
   store(params);
   return result < 0 ? kSolverFailure : 0;

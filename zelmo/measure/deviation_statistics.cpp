@@ -36,17 +36,6 @@ void collectStatistics(const std::vector<Point>& points,
 
 cv::Vec3d widen(const cv::Point3f& p) { return cv::Vec3d(p.x, p.y, p.z); }
 
-template <typename Point, int kDims>
-std::vector<Point> copyInterleaved(const float* values, int count) {
-  std::vector<Point> points;
-  if (count <= 0) return points;
-  points.reserve(static_cast<size_t>(count));
-  for (int k = 0; k < count; ++k)
-    points.emplace_back(
-        cv::Vec<float, kDims>(values + static_cast<size_t>(kDims) * k));
-  return points;
-}
-
 }  // namespace
 
 void planeCoefficients(const double* pointNormal, double* abcd) {
@@ -54,14 +43,6 @@ void planeCoefficients(const double* pointNormal, double* abcd) {
   abcd[3] =
       -(pointNormal[3] * pointNormal[0] + pointNormal[4] * pointNormal[1] +
         pointNormal[5] * pointNormal[2]);
-}
-
-std::vector<cv::Point3f> copyPoints3(const float* xyz, int count) {
-  return copyInterleaved<cv::Point3f, 3>(xyz, count);
-}
-
-std::vector<cv::Point2f> copyPoints2(const float* xy, int count) {
-  return copyInterleaved<cv::Point2f, 2>(xy, count);
 }
 
 void planeStatistics(const std::vector<cv::Point3f>& points,

@@ -10,6 +10,8 @@
 #include <opencv2/core.hpp>
 #include <vector>
 
+#include "zelmo/feature/point_arrays.h"
+
 namespace zelmo {
 namespace measure {
 
@@ -27,10 +29,8 @@ constexpr double kEmptyBandSmallest = 1e10;
 // with normal pointNormal[3..5]: (a, b, c) is the normal as given.
 void planeCoefficients(const double* pointNormal, double* abcd);
 
-// Interleaved x, y, z (or x, y) floats copied into a new vector of exactly
-// `count` points; nothing is read for a count of 0 or less.
-std::vector<cv::Point3f> copyPoints3(const float* xyz, int count);
-std::vector<cv::Point2f> copyPoints2(const float* xy, int count);
+using zelmo::copyPoints2;
+using zelmo::copyPoints3;
 
 // Each routine writes the signed deviation of every point, in point order,
 // into `deviations` (resized to the count) and the four statistics into

@@ -4,6 +4,7 @@
 #include <type_traits>
 
 #include "zelmo/feature/frame_toolkit.h"
+#include "zelmo/feature/point_arrays.h"
 #include "zelmo/solver/simplex_loop.h"
 
 namespace x3dfit {
@@ -95,10 +96,7 @@ int X3DSimplexFit::descend(double* const p, double stepSize) {
 
 std::vector<cv::Point3f> X3DSimplexFit::toPoints(const float* points,
                                                  const int& count) {
-  std::vector<cv::Point3f> out;
-  for (int i = 0; i < count; ++i)
-    out.emplace_back(points[3 * i], points[3 * i + 1], points[3 * i + 2]);
-  return out;
+  return zelmo::copyPoints3(points, count);
 }
 
 }  // namespace x3dfit
