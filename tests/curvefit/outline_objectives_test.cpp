@@ -2,8 +2,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <opencv2/imgproc.hpp>
 #include <vector>
 
+#include "zelmo/curvefit/angled_fit2d.h"
 #include "zelmo/curvefit/circle_fit2d.h"
 #include "zelmo/curvefit/one_sided_objectives.h"
 #include "zelmo/curvefit/outline_distances.h"
@@ -52,6 +54,52 @@ TEST(OutlineDistances, KeepTheSignRulesOfEachShape) {
   EXPECT_NEAR(g(at(-3.5f, 0)), -0.5, kDistTol);
   EXPECT_NEAR(g(at(4, 3)), std::sqrt(2 * 1.5 * 1.5) - 0.5, kDistTol);
   EXPECT_NEAR(g(at(-4, -3)), std::sqrt(2 * 1.5 * 1.5) - 0.5, kDistTol);
+}
+
+TEST(OutlineDistances, RoundOnlyThePointIntoTheLongAxisFrame) {
+  // A point's long-axis coordinates are rounded to float, the center's are
+  // not; either rounding moved elsewhere shifts e by about 1e-8 here, far
+  // more than the few ulps EXPECT_DOUBLE_EQ allows.
+  const double cx = 0.1, cy = 0.7, t = 0.3;
+  const double C = std::cos(t), S = std::sin(t);
+  const double Wc = cy * C - cx * S, Uc = cx * C + cy * S;
+  const cv::Point2f above(0.31f, 2.13f), right(4.9f, 2.2f);
+  const float Wa = static_cast<float>(above.y * C - above.x * S);
+  const float Ur = static_cast<float>(right.x * C + right.y * S);
+
+  const double oval[5] = {cx, cy, 2, 1, t};
+  EXPECT_DOUBLE_EQ(OvalGrooveOutline(oval)(above), Wa - (Wc + 1));
+  const double rect[5] = {cx, cy, 2, 1, t};
+  EXPECT_DOUBLE_EQ(RectangleOutline(rect)(above), std::fabs(Wa - (Wc + 1)));
+  const double round[6] = {cx, cy, 3, 2, 0.5, t};
+  EXPECT_DOUBLE_EQ(RoundGrooveOutline(round)(right), Ur - (Uc + 3));
+}
+
+TEST(LongAxisStart, TurnsByNinetyDegreesInFloatUnlessTheWidthIsLonger) {
+  // One square and two 2:1 rectangles at the same slant: the square ties
+  // (w == h) and takes the turned angle, summed in float, which differs
+  // from the double sum by 7e-8 radians here.
+  const double kPi = std::acos(-1.0);
+  const std::vector<std::vector<cv::Point2f>> boxes = {
+      {{0, 0}, {3, 2}, {1, 5}, {-2, 3}},
+      {{0, 0}, {6, 4}, {4, 7}, {-2, 3}},
+      {{0, 0}, {3, 2}, {-1, 8}, {-4, 6}}};
+  for (const std::vector<cv::Point2f>& points : boxes) {
+    const cv::RotatedRect box = cv::minAreaRect(points);
+    const float halfW = box.size.width / 2, halfH = box.size.height / 2;
+    const LongAxisStart s = MinAreaStart(points);
+    SCOPED_TRACE(testing::Message()
+                 << "w " << box.size.width << " h " << box.size.height);
+    if (halfW > halfH) {
+      EXPECT_EQ(s.longHalf, halfW);
+      EXPECT_DOUBLE_EQ(s.t, box.angle * kPi / 180);
+    } else {
+      EXPECT_EQ(s.longHalf, halfH);
+      EXPECT_DOUBLE_EQ(s.t, static_cast<float>(box.angle + 90.0f) * kPi / 180);
+    }
+  }
+  EXPECT_EQ(cv::minAreaRect(boxes[0]).size.width,
+            cv::minAreaRect(boxes[0]).size.height);
 }
 
 TEST(OneSidedObjectives, FoldEveryMethodByItsTable) {

@@ -28,8 +28,9 @@ class ZELMO_API XCircle3DFit : public XCurve3DFit {
   // (the largest circle no point enters). majorDir is the plane's local x axis.
   // The normal's sign is the plane fit's.
   // Returns false with `out` and the object unchanged for fewer than 4
-  // points or when the points give no algebraic circle (collinear ones);
-  // true otherwise, a failing descent not being reported.
+  // points or when the algebraic circle has a negative squared radius;
+  // true otherwise, a failing descent not being reported: points exactly on
+  // one line give a circle that is not a number.
   bool Fit(const std::vector<cv::Point3f>& points,
            float* out,
            FitMethod method);

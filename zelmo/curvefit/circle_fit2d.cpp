@@ -56,9 +56,10 @@ bool CircleStart(const std::vector<cv::Point2f>& points,
   const double B = (c2 * b1 - a2 * c1) / (a2 * a1 - b1 * b1);
   const double C = -(A * Sy + B * Sx + Sxx + Syy) / n;
   const double q = A * A + B * B - 4.0 * C;
-  // A negative q has no circle; a q that is not a finite number (a
-  // degenerate division) has none either.
-  if (!(q >= 0.0) || std::isinf(q)) return false;
+  // Only a negative q is refused. A degenerate division (points exactly on
+  // one line) gives a q that is not a number, and its circle passes through
+  // as the start, as every other unreported failure of the fit does.
+  if (q < 0.0) return false;
   p[0] = -B / 2.0;
   p[1] = -A / 2.0;
   p[2] = std::sqrt(q) / 2.0;

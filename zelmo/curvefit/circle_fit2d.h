@@ -19,9 +19,10 @@ constexpr size_t kCircleMinPoints = 4;
 
 // CircleStart()
 // The algebraic (Kasa) circle of `points` from their power sums, in double:
-// writes (cx, cy, r) into p. Returns false with p untouched when the
-// radius would be the root of a negative or undefined value, as it is for
-// collinear points.
+// writes (cx, cy, r) into p. Returns false with p untouched only when
+// A^2 + B^2 - 4C, four times the squared radius, is negative. Points
+// exactly on one line make the division degenerate instead: the circle is
+// then not a number, and is returned as the start all the same.
 bool CircleStart(const std::vector<cv::Point2f>& points, double* const p);
 // The same with the power sums taken over `points` while the formulas count
 // `n` points; n = points.size() is the algebraic circle.

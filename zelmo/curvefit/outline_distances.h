@@ -34,14 +34,14 @@ class CircleOutline {
 
 // The long-axis frame of an outline at angle t: a point (x, y) turns into
 // U = x C + y S, W = y C - x S (C = cos t, S = sin t), each stored as a
-// float, and the center likewise into Uc, Wc. The float rounding is part of
-// the distance: results depend on it.
+// float; the center turns into Uc, Wc the same way but stays in double.
+// Only the point's coordinates are rounded: results depend on it.
 struct LongAxisFrame {
   LongAxisFrame(double cx, double cy, double t)
       : C(std::cos(t)),
         S(std::sin(t)),
-        Uc(static_cast<float>(cx * C + cy * S)),
-        Wc(static_cast<float>(cy * C - cx * S)) {}
+        Uc(cx * C + cy * S),
+        Wc(cy * C - cx * S) {}
   float U(const cv::Point2f& q) const {
     return static_cast<float>(q.x * C + q.y * S);
   }
@@ -50,7 +50,7 @@ struct LongAxisFrame {
   }
 
   const double C, S;
-  const float Uc, Wc;
+  const double Uc, Wc;
 };
 
 // p = (cx, cy, a, r, t): a stadium of half straight length a and end

@@ -30,9 +30,13 @@ FitOutcome FitFlatOutline(const std::vector<cv::Point3f>& points,
   double p[kMaxOutlineParams] = {0, 0, -1, 0, 0, 0};
   if (!shape.fit2D(points2D, method, p)) return FitOutcome::kRefused;
 
-  const double angle = shape.hasAngle ? p[2 + shape.sizeCount] : 0.0;
   const cv::Vec3d center = frame::fromLocal2D(local.toSpace, p[0], p[1]);
-  const cv::Vec3d majorDir = frame::localDirection(local.toSpace, angle);
+  // With no angle (the circle) majorDir is the local x axis, column 0 of
+  // toSpace as it stands, not turned by an angle of 0.
+  const double* I = local.toSpace;
+  const cv::Vec3d majorDir =
+      shape.hasAngle ? frame::localDirection(I, p[2 + shape.sizeCount])
+                     : cv::Vec3d(I[0], I[4], I[8]);
   for (int k = 0; k < 3; ++k) {
     out[k] = static_cast<float>(center[k]);
     out[3 + k] = static_cast<float>(plane[k]);
