@@ -11,6 +11,8 @@
 #include "tests/support/samplers.h"
 #include "tests/support/shape_distances.h"
 #include "tests/support/tolerance.h"
+#include "zelmo/simplex/axis_geometry.h"
+#include "zelmo/simplex/principal_axes.h"
 
 namespace x3dfit {
 namespace {
@@ -77,7 +79,7 @@ TEST(XPlaneFit, MethodSelectsObjective) {
   zelmo::test::ExpectNearArray(other, lad, 4, 0.0);
 }
 
-TEST(XPlaneFit, FewerThanThreePointsKeepCallersParams) {
+TEST(XPlaneFit, FewOrCollinearPointsStillReturnTrue) {
   const std::vector<cv::Point3f> two = {{0, 0, 1}, {1, 0, 1}};
   XPlaneFit fit;
   double p[4] = {0.1, 0.2, 0.3, 0.4};
@@ -98,6 +100,33 @@ TEST(XPlaneFit, FewerThanThreePointsKeepCallersParams) {
   EXPECT_NEAR(cv::norm(Vec3(q)), 1.0, 1e-12);
   for (const cv::Point3f& x : two)
     EXPECT_LE(DistanceToPlane(q, cv::Vec3d(x.x, x.y, x.z)), 0.02);
+
+  // Three collinear points are enough: some plane through their line.
+  const std::vector<cv::Point3f> line = {{1, 2, 3}, {2, 4, 5}, {4, 8, 9}};
+  double r[4] = {0, 0, 0, 0};
+  EXPECT_TRUE(fit.Fit(line, r, LeastSquare));
+  EXPECT_NEAR(cv::norm(Vec3(r)), 1.0, 1e-12);
+  for (const cv::Point3f& x : line)
+    EXPECT_LE(DistanceToPlane(r, cv::Vec3d(x.x, x.y, x.z)), 1e-6);
+}
+
+// The plane and sphere start values take the centroid in double, the sums
+// divided by the count; the axial fits sum and divide in float.
+TEST(SimplexStartValues, CentroidsRoundInTheirOwnPrecision) {
+  // 5 / 3 = 1.6666666666666667, while 5 * (1 / 3) = 1.6666666666666665.
+  const std::vector<cv::Point3f> fifths = {{1, 0, 5}, {2, 0, 0}, {2, 0, 0}};
+  ASSERT_NE(5.0 / 3.0, 5.0 * (1.0 / 3.0));
+  const cv::Vec3d m = zelmo::simplexfit::MeanInDouble(fifths);
+  EXPECT_EQ(m[0], 5.0 / 3.0);
+  EXPECT_EQ(m[2], 5.0 / 3.0);
+
+  // In float 2^24 + 1 + 1 stays 2^24, so the mean is 5592405.5, not the
+  // 5592406 of a double sum.
+  const std::vector<cv::Point3f> big = {{16777216, 0, 0}, {1, 0, 0}, {1, 0, 0}};
+  cv::Mat values, vectors;
+  cv::Point3f c;
+  computePrincipalAxes(big, values, vectors, c);
+  EXPECT_EQ(c.x, 5592405.5f);
 }
 
 // A grid in the plane through 7 n, with n = (cos t, 0, sin t); its four

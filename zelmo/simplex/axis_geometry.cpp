@@ -28,7 +28,11 @@ cv::Point3f MeanInFloat(const std::vector<cv::Point3f>& points) {
 cv::Vec3d MeanInDouble(const std::vector<cv::Point3f>& points) {
   cv::Vec3d sum(0.0, 0.0, 0.0);
   for (const cv::Point3f& x : points) sum += cv::Vec3d(x.x, x.y, x.z);
-  return sum * (1.0 / static_cast<double>(points.size()));
+  // Divided component by component: cv::Vec's operator/ scales by the
+  // reciprocal, which rounds twice and can move the mean by one unit in the
+  // last place.
+  const double n = static_cast<double>(points.size());
+  return cv::Vec3d(sum[0] / n, sum[1] / n, sum[2] / n);
 }
 
 bool AlgebraicSphere(const std::vector<cv::Point3f>& points, double* const p) {

@@ -25,7 +25,8 @@ constexpr double kRadialAtAxisOrigin = 0.1;
 bool AlgebraicSphere(const std::vector<cv::Point3f>& points, double* const p);
 
 // MeanInFloat(): the centroid with the sums and the division in float.
-// MeanInDouble(): the centroid in double. Both are NaN for no points.
+// MeanInDouble(): the centroid in double, the sums divided by the count
+// (not scaled by its reciprocal). Both are NaN for no points.
 cv::Point3f MeanInFloat(const std::vector<cv::Point3f>& points);
 cv::Vec3d MeanInDouble(const std::vector<cv::Point3f>& points);
 
