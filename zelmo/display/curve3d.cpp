@@ -41,7 +41,8 @@ void XCurve3D::getLocalFrame(const cv::Vec3d& center,
                              const cv::Vec3d& normal,
                              const cv::Vec3d& majorDir,
                              double* const rt) const {
-  const cv::Vec3d w = cv::normalize(normal.cross(majorDir));  // zero stays 0
+  const cv::Vec3d w =
+      zelmo::frame::unitOrZero(normal.cross(majorDir));  // zero stays 0
   const zelmo::display::LocalFramePlanes planes(center, majorDir, w, normal);
   alignBy3Plane(planes.targetNormals, planes.targetPoints, planes.sourceNormals,
                 planes.sourcePoints, rt);

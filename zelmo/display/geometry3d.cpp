@@ -47,8 +47,9 @@ int XGeometry3D::getRingData(const float* const point,
                              float* const first,
                              float* const second) const {
   const cv::Vec3d a = zelmo::display::widen(axis);
-  const cv::Vec3d h = cv::normalize(zelmo::frame::auxiliaryOrthogonal(a));
-  const cv::Vec3d g = cv::normalize(a.cross(h));
+  const cv::Vec3d h =
+      zelmo::frame::unitOrZero(zelmo::frame::auxiliaryOrthogonal(a));
+  const cv::Vec3d g = zelmo::frame::unitOrZero(a.cross(h));
   const zelmo::display::LocalFramePlanes planes(zelmo::display::widen(point), h,
                                                 g, a);
   double rt[16];

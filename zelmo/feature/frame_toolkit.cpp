@@ -59,7 +59,10 @@ void conjugateDiagonal(
 
 cv::Vec3d unitOrZero(const cv::Vec3d& v) {
   const double n = cv::norm(v);
-  return n == 0.0 ? cv::Vec3d(0, 0, 0) : v / n;
+  // Divided component by component: cv::Vec's operator/ multiplies by the
+  // reciprocal, which rounds once more.
+  return n == 0.0 ? cv::Vec3d(0, 0, 0)
+                  : cv::Vec3d(v[0] / n, v[1] / n, v[2] / n);
 }
 
 int largestAbsIndex(const cv::Vec3d& v) {

@@ -32,7 +32,11 @@ void planeLocalFrame(const std::vector<cv::Point3f>& projected,
                      AxisFallback fallback) {
   cv::Vec3d c(0, 0, 0);
   for (const cv::Point3f& q : projected) c += cv::Vec3d(q.x, q.y, q.z);
-  if (!projected.empty()) c /= static_cast<double>(projected.size());
+  if (!projected.empty()) {
+    // A true division per component (cv::Vec's /= multiplies by 1 / n).
+    const double n = static_cast<double>(projected.size());
+    c = cv::Vec3d(c[0] / n, c[1] / n, c[2] / n);
+  }
   const cv::Vec3d n(plane[0], plane[1], plane[2]);
   const cv::Vec3d u = planeLocalAxis(projected, c, n, fallback);
   const cv::Vec3d v = unitOrZero(n.cross(u));
