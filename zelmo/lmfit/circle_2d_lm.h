@@ -58,8 +58,8 @@ class Circle2DLM : public ZelmoLM {
 // step and stop at float index `count`, so they cover the first half of
 // the points while the formulas count all `count`; the solver corrects the
 // start, and the result depends on it. Returns false for fewer than 3
-// points or a squared radius that is negative or not finite, `p` then
-// unwritten.
+// points or a negative squared radius, `p` then unwritten; collinear sums
+// give a start that is not a number, and it is returned all the same.
 bool algebraicCircleSeed(const float* xy, int count, double* p);
 
 }  // namespace zelmolm

@@ -123,7 +123,8 @@ int XSphereFitLM::Fit1(const float* points, const float*, const int& count) {
   if (count < kMinPoints) return -1;
   residualFunction_ = Fit_Function;
   double params[kSphereParams];
-  zelmo::simplexfit::AlgebraicSphere(zelmo::copyPoints3(points, count), params);
+  zelmo::simplexfit::AlgebraicSphere(zelmo::copyPoints3(points, count), params,
+                                     zelmo::simplexfit::SphereSums::kCubeFirst);
   const int result = Fit_LM(points, count, params, nullptr, kSphereParams);
   store(params);
   return result < 0 ? kSolverFailure : 0;

@@ -35,9 +35,22 @@ cv::Vec3d MeanInDouble(const std::vector<cv::Point3f>& points) {
   return cv::Vec3d(sum[0] / n, sum[1] / n, sum[2] / n);
 }
 
-bool AlgebraicSphere(const std::vector<cv::Point3f>& points, double* const p) {
+bool AlgebraicSphere(const std::vector<cv::Point3f>& points,
+                     double* const p,
+                     SphereSums sums) {
   if (points.size() < kAlgebraicSphereMinPoints) return false;
-  const cv::Vec3d m = MeanInDouble(points);
+  const bool cubeFirst = sums == SphereSums::kCubeFirst;
+  const double n = static_cast<double>(points.size());
+  cv::Vec3d m = MeanInDouble(points);
+  if (cubeFirst) {
+    double total[3] = {0, 0, 0};
+    for (const cv::Point3f& pt : points) {
+      total[0] += pt.x;
+      total[1] += pt.y;
+      total[2] += pt.z;
+    }
+    for (int k = 0; k < 3; ++k) m[k] = total[k] / n;
+  }
   double sx = 0, sy = 0, sz = 0, sxx = 0, syy = 0, szz = 0, sxy = 0, sxz = 0,
          syz = 0, sxxx = 0, syyy = 0, szzz = 0, sxyy = 0, sxxy = 0, sxzz = 0,
          sxxz = 0, syyz = 0, syzz = 0;
@@ -55,21 +68,23 @@ bool AlgebraicSphere(const std::vector<cv::Point3f>& points, double* const p) {
     sxxx += x * x * x;
     syyy += y * y * y;
     szzz += z * z * z;
-    sxyy += x * y * y;
+    sxyy += cubeFirst ? y * y * x : x * y * y;
     sxxy += x * x * y;
-    sxzz += x * z * z;
+    sxzz += cubeFirst ? z * z * x : x * z * z;
     sxxz += x * x * z;
     syyz += y * y * z;
-    syzz += y * z * z;
+    syzz += cubeFirst ? z * z * y : y * z * z;
   }
-  const double n = static_cast<double>(points.size());
   const cv::Mat A = (cv::Mat_<double>(4, 4) << sxx, sxy, sxz, sx,  //
                      sxy, syy, syz, sy,                            //
                      sxz, syz, szz, sz,                            //
                      sx, sy, sz, n);
   const cv::Mat b =
-      (cv::Mat_<double>(4, 1) << -(sxxx + sxyy + sxzz), -(sxxy + syyy + syzz),
-       -(sxxz + syyz + szzz), -(sxx + syy + szz));
+      cubeFirst
+          ? (cv::Mat_<double>(4, 1) << -(sxxx + sxyy + sxzz),
+             -(syyy + sxxy + syzz), -(szzz + sxxz + syyz), -(sxx + syy + szz))
+          : (cv::Mat_<double>(4, 1) << -(sxxx + sxyy + sxzz),
+             -(sxxy + syyy + syzz), -(sxxz + syyz + szzz), -(sxx + syy + szz));
   const cv::Mat s = A.inv() * b;  // D, E, F, G; zero when A is singular
   const double D = s.at<double>(0), E = s.at<double>(1), F = s.at<double>(2),
                G = s.at<double>(3);

@@ -16,13 +16,29 @@ constexpr double kAtAxisOrigin = 1e-6;
 // The radial distance MeasureAlongAxis gives a point at the axis origin.
 constexpr double kRadialAtAxisOrigin = 0.1;
 
+// How AlgebraicSphere rounds its sums; the two fit families that use it
+// differ, and their results depend on it.
+enum class SphereSums {
+  // Centroid by MeanInDouble; mixed moments x y y, x x y, x z z, x x z,
+  // y y z, y z z; right side rows Sxxx + Sxyy + Sxzz, Sxxy + Syyy + Syzz,
+  // Sxxz + Syyz + Szzz.
+  kAxisOrder,
+  // Centroid by a true division of the sums; mixed moments square first
+  // (y y x, x x y, z z x, x x z, y y z, z z y); each right side row summed
+  // from its cube: Sxxx + Syyx + Szzx, Syyy + Sxxy + Szzy,
+  // Szzz + Sxxz + Syyz.
+  kCubeFirst,
+};
+
 // AlgebraicSphere()
 // The sphere x^2 + y^2 + z^2 + D x + E y + F z + G = 0 of least algebraic
 // error, solved (cv::Mat::inv, LU) in coordinates about the centroid in
 // double, as center and radius into p[0..3]. False with p untouched below
 // 4 points; coplanar points make the system singular, and the zero inverse
 // gives the centroid with a meaningless radius.
-bool AlgebraicSphere(const std::vector<cv::Point3f>& points, double* const p);
+bool AlgebraicSphere(const std::vector<cv::Point3f>& points,
+                     double* const p,
+                     SphereSums sums = SphereSums::kAxisOrder);
 
 // MeanInFloat(): the centroid with the sums and the division in float.
 // MeanInDouble(): the centroid in double, the sums divided by the count
