@@ -54,9 +54,7 @@ class PlaneStages : public lm::StageShape {
     return plane_.Fit1(points, normals, count);
   }
   void prepare() override {
-    const cv::Vec3d n(plane_.a, plane_.b, plane_.c);
-    const double len = cv::norm(n);
-    axis_ = len == 0.0 ? cv::Vec3d(0, 0, 0) : n * (1.0 / len);
+    axis_ = zelmo::frame::unitOrZero(cv::Vec3d(plane_.a, plane_.b, plane_.c));
   }
   double residual(const float* point) const override {
     const double q[4] = {plane_.a, plane_.b, plane_.c, plane_.d};

@@ -216,6 +216,15 @@ class BunchKaufman {
   int* ipiv_ = nullptr;
 };
 
+// Work space that dlevmar_dif allocated itself, freed when the call ends.
+struct OwnedWork {
+  OwnedWork() = default;
+  OwnedWork(const OwnedWork&) = delete;
+  OwnedWork& operator=(const OwnedWork&) = delete;
+  ~OwnedWork() { std::free(data); }
+  double* data = nullptr;
+};
+
 // covar = pinv(A) * sumsq / (n - r), the pseudo-inverse from an SVD that
 // drops singular values up to DBL_EPSILON times the largest, r the rank
 // kept. Leaves covar unwritten when the SVD fails or memory runs out.
@@ -297,20 +306,21 @@ int dlevmar_dif(ModelFunction func,
   }
   const double eps2sq = eps2 * eps2;
 
-  double* owned = nullptr;
+  // The work space allocated here is freed on every way out, also when
+  // `func` throws: callers catch exceptions around the solver and go on.
+  OwnedWork owned;
   if (work == nullptr) {
-    owned = static_cast<double*>(std::malloc(
+    owned.data = static_cast<double*>(std::malloc(
         sizeof(double) * static_cast<std::size_t>(DifWorkSize(m, n))));
-    if (owned == nullptr) {
+    if (owned.data == nullptr) {
       printAllocationFailure();
       return kError;
     }
-    work = owned;
+    work = owned.data;
   }
   BunchKaufman solver(m);
   if (!solver.allocated()) {
     printAllocationFailure();
-    std::free(owned);
     return kError;
   }
   // Work layout: 4 vectors of n, 4 of m, J (n x m), A (m x m).
@@ -456,7 +466,6 @@ int dlevmar_dif(ModelFunction func,
     info[9] = nlss;
   }
   if (covar != nullptr && builtA) covariance(A, m, n, sumsq, covar);
-  std::free(owned);
   return (stop == kStopSingular || stop == kStopNotFinite) ? kError : k;
 }
 
