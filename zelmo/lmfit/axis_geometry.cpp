@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "zelmo/feature/frame_toolkit.h"
 #include "zelmo/feature/point_arrays.h"
 #include "zelmo/simplex/axis_geometry.h"
 
@@ -23,8 +24,8 @@ void storeUnitAxis(const double* direction, float* axis) {
 }  // namespace
 
 void unitOrZero(const double* v, double* u) {
-  const double len = std::sqrt(v[0] * v[0] + v[1] * v[1] + v[2] * v[2]);
-  for (int k = 0; k < 3; ++k) u[k] = len == 0.0 ? 0.0 : v[k] / len;
+  const cv::Vec3d unit = frame::unitOrZero(cv::Vec3d(v[0], v[1], v[2]));
+  for (int k = 0; k < 3; ++k) u[k] = unit[k];
 }
 
 AxialOffset axialOffset(const float* point,

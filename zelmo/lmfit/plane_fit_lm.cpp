@@ -177,7 +177,7 @@ int XPlaneFitLM::Fit1(const float* points,
     centroid +=
         cv::Vec3d(A.at<double>(i, 0), A.at<double>(i, 1), A.at<double>(i, 2));
   }
-  centroid *= 1.0 / count;
+  for (int k = 0; k < 3; ++k) centroid[k] /= count;  // a true mean
   for (int i = 0; i < count; ++i)
     for (int k = 0; k < 3; ++k) A.at<double>(i, k) -= centroid[k];
   const cv::Mat M = A.t() * A;

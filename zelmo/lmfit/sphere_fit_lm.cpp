@@ -4,6 +4,7 @@
 #include <opencv2/core.hpp>
 #include <vector>
 
+#include "zelmo/feature/frame_toolkit.h"
 #include "zelmo/feature/point_arrays.h"
 #include "zelmo/feature/solid_records.h"
 #include "zelmo/lmfit/console.h"
@@ -59,8 +60,7 @@ class SphereStages : public lm::StageShape {
     const cv::Vec3d d(point[0] - static_cast<double>(sphere_.center[0]),
                       point[1] - static_cast<double>(sphere_.center[1]),
                       point[2] - static_cast<double>(sphere_.center[2]));
-    const double len = cv::norm(d);
-    const cv::Vec3d e = len == 0.0 ? cv::Vec3d(0, 0, 0) : d * (1.0 / len);
+    const cv::Vec3d e = zelmo::frame::unitOrZero(d);
     const double dot = normal[0] * e[0] + normal[1] * e[1] + normal[2] * e[2];
     return std::fabs(dot) >= cosLimit;
   }
