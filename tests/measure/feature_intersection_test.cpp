@@ -4,81 +4,58 @@
 #include <cmath>
 #include <random>
 
-#include "tests/measure/record_test_util.h"
-#include "tests/support/samplers.h"
-#include "tests/support/tolerance.h"
+#include "tests/measure/measure_test_util.h"
 #include "zelmo/measure/feature_constructor.h"
 
 namespace xgeofeature {
 namespace {
 
-using zelmo::test::ExpectNear3;
-using zelmo::test::ExpectSameDirection;
-using zelmo::test::Frame;
-using zelmo::test::kRecordDirTol;
-using zelmo::test::kRecordMaxOffset;
-using zelmo::test::kRecordPosTol;
-using zelmo::test::kUnwritten;
-using zelmo::test::Line;
-using zelmo::test::Plane;
-using zelmo::test::Put;
-using zelmo::test::V;
+using namespace zelmo::test;
 using C = XGeoFConstructor;
 
 // Lines that meet must do so within the absolute skew bound 1e-5, so their
 // float centres stay near the origin.
 constexpr double kMeetingLinesOffset = 20.0;
 
-XFCone Cone(const cv::Vec3d& base,
-            const cv::Vec3d& axis,
-            float baseRadius,
-            float topRadius,
-            float height) {
-  float b[3], a[3];
-  Put(base, b);
-  Put(axis / cv::norm(axis), a);
-  return XFCone(b, a, baseRadius, topRadius, height);
-}
-
 TEST(XGeoFConstructorIntersections, TwoLinesMeetMissOrRunParallel) {
   std::mt19937 rng(71);
   std::uniform_real_distribution<double> turn(0.2, 2.9);
   for (int trial = 0; trial < 20; ++trial) {
     SCOPED_TRACE(trial);
-    const Frame f = zelmo::test::RandomFrame(rng, kMeetingLinesOffset);
+    const Frame f = RandomFrame(rng, kMeetingLinesOffset);
     const double theta = turn(rng);
     const cv::Vec3d bd = std::cos(theta) * f.u + std::sin(theta) * f.v;
     const XFLine3D2 a = Line(f.At(5, 0, 0), f.u, 4);
     const XFLine3D2 b = Line(f.origin - 7 * bd, bd, 9);
     XFPoint meet;
     ASSERT_EQ(C::getIntersectionPoint(a, b, meet), C::kLinesIntersect);
-    ExpectNear3(V(meet), f.origin, kRecordPosTol);
+    ExpectNear3(V(meet), f.origin, kPosTol);
     XFLine3D2 bisector, other;
     ASSERT_EQ(C::getAngleBisector(a, b, bisector), C::kBisectorOfIntersecting);
-    ExpectNear3(bisector.center, f.origin, kRecordPosTol);
-    EXPECT_NEAR(std::acos(V(bisector.dir).dot(f.u)), theta / 2, kRecordDirTol);
-    EXPECT_NEAR(std::acos(V(bisector.dir).dot(bd)), theta / 2, kRecordDirTol);
+    ExpectNear3(bisector.center, f.origin, kPosTol);
+    EXPECT_NEAR(std::acos(V(bisector.dir).dot(f.u)), theta / 2, kDirTol);
+    EXPECT_NEAR(std::acos(V(bisector.dir).dot(bd)), theta / 2, kDirTol);
     EXPECT_EQ(bisector.length, 9.0f);
     C::getAngleBisector(a, b.invert(), other);  // the other bisector
-    EXPECT_NEAR(V(other.dir).dot(V(bisector.dir)), 0.0, kRecordDirTol);
+    EXPECT_NEAR(V(other.dir).dot(V(bisector.dir)), 0.0, kDirTol);
 
     // Lifted by 3 along w, b misses a: the common perpendicular runs from
     // b down to a, and the skew "meeting point" is its middle.
     const XFLine3D2 lifted = Line(f.At(0, 0, 3) - 7 * bd, bd, 9);
     ASSERT_EQ(C::getIntersectionPoint(a, lifted, meet), C::kLinesSkew);
-    ExpectNear3(V(meet), f.At(0, 0, 1.5), kRecordPosTol);
+    ExpectNear3(V(meet), f.At(0, 0, 1.5), kPosTol);
     XFLine3D2 perpendicular;
     ASSERT_EQ(C::getVerticalLine(a, lifted, perpendicular), 0);
-    ExpectNear3(perpendicular.center, f.At(0, 0, 1.5), kRecordPosTol);
-    ExpectSameDirection(V(perpendicular.dir), -f.w, kRecordDirTol);
-    EXPECT_NEAR(perpendicular.length, 3.0, kRecordPosTol);
+    ExpectNear3(perpendicular.center, f.At(0, 0, 1.5), kPosTol);
+    ExpectSameDirection(V(perpendicular.dir), -f.w, kDirTol);
+    EXPECT_NEAR(perpendicular.length, 3.0, kPosTol);
     EXPECT_EQ(C::getVerticalLine(a, b, perpendicular),
               C::kPerpendicularOfMeeting);
     EXPECT_EQ(C::getAngleBisector(a, lifted, bisector), C::kBisectorOfSkew);
   }
   // Parallel lines: no point, no perpendicular; the bisector runs between.
-  const XFLine3D2 a = Line(cv::Vec3d(0, 0, 0), cv::Vec3d(1, 0, 0), 2);
-  const XFLine3D2 b = Line(cv::Vec3d(4, 2, 6), cv::Vec3d(-1, 0, 0), 5);
+  const XFLine3D2 a = Line({0, 0, 0}, {1, 0, 0}, 2);
+  const XFLine3D2 b = Line({4, 2, 6}, {-1, 0, 0}, 5);
   XFPoint meet(kUnwritten, 0, 0);
   XFLine3D2 out;
   out.length = kUnwritten;
@@ -95,7 +72,7 @@ TEST(XGeoFConstructorIntersections, PlanesAndLinesMeetWhereExpected) {
   std::mt19937 rng(72);
   for (int trial = 0; trial < 20; ++trial) {
     SCOPED_TRACE(trial);
-    const Frame f = zelmo::test::RandomFrame(rng, kRecordMaxOffset);
+    const Frame f = RandomFrame(rng, kMaxOffset);
     float c[3], n[3], m[3];
     Put(f.origin, c);
     Put(f.w, n);
@@ -107,43 +84,40 @@ TEST(XGeoFConstructorIntersections, PlanesAndLinesMeetWhereExpected) {
     const XFPlane wall(c, n, m, 6, 20);  // v from -3 to 3
     XFLine3D2 line;
     ASSERT_EQ(C::getIntersectionLine(floor, wall, line), 0);
-    ExpectNear3(line.center, f.At(1, 0, 0), kRecordPosTol);
-    ExpectSameDirection(V(line.dir), f.v, kRecordDirTol);
-    EXPECT_NEAR(line.length, 6.0, kRecordPosTol);  // all eight corners
+    ExpectNear3(line.center, f.At(1, 0, 0), kPosTol);
+    ExpectSameDirection(V(line.dir), f.v, kDirTol);
+    EXPECT_NEAR(line.length, 6.0, kPosTol);  // all eight corners
 
     XFPoint point;
     const cv::Vec3d p = f.At(1, 2, 3);
     ASSERT_EQ(C::getIntersectionPoint(Plane(p, f.u), Plane(p, f.v),
                                       Plane(p, f.w), point),
               0);
-    ExpectNear3(V(point), p, kRecordPosTol);
+    ExpectNear3(V(point), p, kPosTol);
     ASSERT_EQ(C::getIntersectionPoint(floor, Line(p, f.u + f.w, 1), point), 0);
-    ExpectNear3(V(point), f.At(-2, 2, 0), kRecordPosTol);
+    ExpectNear3(V(point), f.At(-2, 2, 0), kPosTol);
 
     XFPoint hits[2];
     ASSERT_EQ(C::getIntersectionPoint(Line(f.At(20, 6, 0), f.u, 1),
                                       XFSphere(floor.center, 10), hits),
               2);
-    ExpectNear3(V(hits[0]), f.At(-8, 6, 0), kRecordPosTol);
-    ExpectNear3(V(hits[1]), f.At(8, 6, 0), kRecordPosTol);
+    ExpectNear3(V(hits[0]), f.At(-8, 6, 0), kPosTol);
+    ExpectNear3(V(hits[1]), f.At(8, 6, 0), kPosTol);
   }
-  const XFPlane ground = Plane(cv::Vec3d(0, 0, 0), cv::Vec3d(0, 0, 1));
+  const XFPlane ground = Plane({0, 0, 0}, {0, 0, 1});
   XFLine3D2 line;
   line.length = kUnwritten;
   XFPoint hits[2] = {XFPoint(kUnwritten, 0, 0), XFPoint()};
-  EXPECT_EQ(C::getIntersectionLine(
-                ground, Plane(cv::Vec3d(0, 0, 5), cv::Vec3d(0, 0, -1)), line),
+  EXPECT_EQ(C::getIntersectionLine(ground, Plane({0, 0, 5}, {0, 0, -1}), line),
             C::kFailed);
-  EXPECT_EQ(C::getIntersectionPoint(
-                ground, Plane(cv::Vec3d(1, 0, 0), cv::Vec3d(1, 0, 0)),
-                Plane(cv::Vec3d(0, 0, 0), cv::Vec3d(1, 0, 1)), hits[0]),
+  EXPECT_EQ(C::getIntersectionPoint(ground, Plane({1, 0, 0}, {1, 0, 0}),
+                                    Plane({0, 0, 0}, {1, 0, 1}), hits[0]),
             C::kFailed);
   EXPECT_EQ(
-      C::getIntersectionPoint(
-          ground, Line(cv::Vec3d(0, 0, 1), cv::Vec3d(1, 1, 0), 1), hits[0]),
+      C::getIntersectionPoint(ground, Line({0, 0, 1}, {1, 1, 0}, 1), hits[0]),
       C::kFailed);
   // A line 2 from the centre misses a sphere of 1.9 and touches one of 2.
-  const XFLine3D2 byTwo = Line(cv::Vec3d(5, 2, 0), cv::Vec3d(1, 0, 0), 1);
+  const XFLine3D2 byTwo = Line({5, 2, 0}, {1, 0, 0}, 1);
   EXPECT_EQ(C::getIntersectionPoint(byTwo, XFSphere(0, 0, 0, 1.9f), hits), 0);
   EXPECT_EQ(line.length + hits[0].x, 2 * kUnwritten);
   ASSERT_EQ(C::getIntersectionPoint(byTwo, XFSphere(0, 0, 0, 2), hits), 1);
@@ -154,7 +128,7 @@ TEST(XGeoFConstructorIntersections, PlaneCutsSolidsInCircles) {
   std::mt19937 rng(74);
   for (int trial = 0; trial < 10; ++trial) {
     SCOPED_TRACE(trial);
-    const Frame f = zelmo::test::RandomFrame(rng, kRecordMaxOffset);
+    const Frame f = RandomFrame(rng, kMaxOffset);
     const XFPlane plane = Plane(f.At(0, 0, 5), f.w);
     float base[3], axis[3];
     Put(f.At(-3, 0, -3), base);
@@ -163,23 +137,23 @@ TEST(XGeoFConstructorIntersections, PlaneCutsSolidsInCircles) {
     ASSERT_EQ(
         C::getIntersectionCircle(plane, XFCylinder(base, axis, 4, 20), circle),
         0);
-    ExpectNear3(circle.center, f.At(5, 0, 5), kRecordPosTol);  // oblique
+    ExpectNear3(circle.center, f.At(5, 0, 5), kPosTol);  // oblique
     ExpectNear3(circle.majorDir, plane.majorDir, 0.0);
     EXPECT_EQ(circle.radius, 4.0f);
     // Half angle 45 degrees, apex at 30: radius 25 at height 5.
     ASSERT_EQ(C::getIntersectionCircle(plane, Cone(f.origin, f.w, 30, 10, 20),
                                        circle),
               0);
-    ExpectNear3(circle.center, f.At(0, 0, 5), kRecordPosTol);
-    EXPECT_NEAR(circle.radius, 25, kRecordPosTol);
+    ExpectNear3(circle.center, f.At(0, 0, 5), kPosTol);
+    EXPECT_NEAR(circle.radius, 25, kPosTol);
     Put(f.At(0, 0, -1), base);
     ASSERT_EQ(C::getIntersectionCircle(plane, XFSphere(base, 10), circle), 0);
-    ExpectNear3(circle.center, f.At(0, 0, 5), kRecordPosTol);
-    EXPECT_NEAR(circle.radius, 8, kRecordPosTol);
+    ExpectNear3(circle.center, f.At(0, 0, 5), kPosTol);
+    EXPECT_NEAR(circle.radius, 8, kPosTol);
     ExpectNear3(circle.normal, plane.normal, 0.0);
   }
   // Through the centre: the sphere's own radius; touching: no circle.
-  const XFPlane ground = Plane(cv::Vec3d(0, 0, 3), cv::Vec3d(0, 0, 1));
+  const XFPlane ground = Plane({0, 0, 3}, {0, 0, 1});
   XFCircle3D circle;
   ASSERT_EQ(C::getIntersectionCircle(ground, XFSphere(1, 2, 3, 4), circle), 0);
   ExpectNear3(circle.center, cv::Vec3d(1, 2, 3), 0.0);
@@ -200,7 +174,7 @@ TEST(XGeoFConstructorIntersections, CoaxialConesMeetOnACircleOfBoth) {
   std::mt19937 rng(75);
   for (int trial = 0; trial < 10; ++trial) {
     SCOPED_TRACE(trial);
-    const Frame f = zelmo::test::RandomFrame(rng, kRecordMaxOffset);
+    const Frame f = RandomFrame(rng, kMaxOffset);
     // wide: tan 1, apex at 30; narrow: tan 0.5, apex at 50; facing: tan 1,
     // apex at -10 opening upwards. All meet at height 10 with radius 20.
     const XFCone wide = Cone(f.origin, f.w, 30, 10, 20);
@@ -210,13 +184,13 @@ TEST(XGeoFConstructorIntersections, CoaxialConesMeetOnACircleOfBoth) {
     for (const auto& pair : pairs) {
       XFCircle3D circle;
       ASSERT_EQ(C::getIntersectionCircle(pair[0], pair[1], circle), 0);
-      ExpectNear3(circle.center, f.At(0, 0, 10), kRecordPosTol);
-      ExpectSameDirection(V(circle.normal), V(pair[0].axis), kRecordDirTol);
+      ExpectNear3(circle.center, f.At(0, 0, 10), kPosTol);
+      ExpectSameDirection(V(circle.normal), V(pair[0].axis), kDirTol);
       for (const XFCone& cone : pair)  // on the surface of both
         EXPECT_NEAR(circle.radius,
                     (V(cone.apex) - V(circle.center)).dot(V(cone.axis)) *
                         std::tan(double(cone.halfAngle)),
-                    kRecordPosTol);
+                    kPosTol);
     }
     XFCircle3D circle;
     circle.radius = kUnwritten;

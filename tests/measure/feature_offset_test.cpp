@@ -5,24 +5,13 @@
 #include <cmath>
 #include <random>
 
-#include "tests/measure/record_test_util.h"
-#include "tests/support/samplers.h"
-#include "tests/support/tolerance.h"
+#include "tests/measure/measure_test_util.h"
 #include "zelmo/measure/feature_constructor.h"
 
 namespace xgeofeature {
 namespace {
 
-using zelmo::test::ExpectNear3;
-using zelmo::test::Frame;
-using zelmo::test::kRecordDirTol;
-using zelmo::test::kRecordMaxOffset;
-using zelmo::test::kRecordPosTol;
-using zelmo::test::kUnwritten;
-using zelmo::test::Plane;
-using zelmo::test::Pt;
-using zelmo::test::SignedDistance;
-using zelmo::test::V;
+using namespace zelmo::test;
 using C = XGeoFConstructor;
 
 TEST(XGeoFConstructorOffsets, TangentLinesTouchBothCirclesFromOneSide) {
@@ -30,7 +19,7 @@ TEST(XGeoFConstructorOffsets, TangentLinesTouchBothCirclesFromOneSide) {
   std::uniform_real_distribution<double> radius(0, 30), coord(-40, 40);
   for (int trial = 0; trial < 30; ++trial) {
     SCOPED_TRACE(trial);
-    const Frame f = zelmo::test::RandomFrame(rng, kRecordMaxOffset);
+    const Frame f = RandomFrame(rng, kMaxOffset);
     const XFPoint centers[2] = {Pt(f.At(coord(rng), coord(rng), 0)),
                                 Pt(f.At(coord(rng) + 150, coord(rng), 0))};
     float radii[2] = {float(radius(rng)), float(radius(rng))};
@@ -46,7 +35,7 @@ TEST(XGeoFConstructorOffsets, TangentLinesTouchBothCirclesFromOneSide) {
       // In the plane, from the touch point on the larger circle to the one
       // on the smaller, both circles on the same side of it.
       const XFLine3D2& line = lines[k];
-      EXPECT_NEAR(V(line.dir).dot(f.w), 0.0, kRecordDirTol);
+      EXPECT_NEAR(V(line.dir).dot(f.w), 0.0, kDirTol);
       XFPoint ends[2];
       line.getStartPoint(ends[large]);
       line.getEndPoint(ends[1 - large]);
@@ -54,16 +43,15 @@ TEST(XGeoFConstructorOffsets, TangentLinesTouchBothCirclesFromOneSide) {
       if ((V(centers[large]) - V(ends[large])).dot(normal) < 0) normal *= -1;
       for (int i = 0; i < 2; ++i) {
         EXPECT_NEAR((V(centers[i]) - V(ends[i])).dot(normal), radii[i],
-                    kRecordPosTol);
-        EXPECT_NEAR(cv::norm(V(centers[i]) - V(ends[i])), radii[i],
-                    kRecordPosTol);
+                    kPosTol);
+        EXPECT_NEAR(cv::norm(V(centers[i]) - V(ends[i])), radii[i], kPosTol);
       }
       sides[k] = (V(line.center) - V(centers[large])).dot(across);
     }
     EXPECT_GT(sides[0], 0.0);  // out[0] on the side of normal x e
     EXPECT_LT(sides[1], 0.0);
   }
-  const XFPlane ground = Plane(cv::Vec3d(0, 0, 0), cv::Vec3d(0, 0, 1));
+  const XFPlane ground = Plane({0, 0, 0}, {0, 0, 1});
   const XFPoint centers[2] = {XFPoint(0, 0, 0), XFPoint(2, 0, 0)};
   XFLine3D2 lines[2];
   const float inside[2] = {5, 3};  // touching from inside: one line
@@ -101,7 +89,7 @@ TEST(XGeoFConstructorOffsets, TangentPlanesKeepEachPointAtItsOffset) {
   std::uniform_real_distribution<double> offset(0, 12), jitter(-15, 15);
   for (int trial = 0; trial < 30; ++trial) {
     SCOPED_TRACE(trial);
-    const Frame f = zelmo::test::RandomFrame(rng, kRecordMaxOffset);
+    const Frame f = RandomFrame(rng, kMaxOffset);
     const XFPoint points[3] = {Pt(f.At(jitter(rng), jitter(rng), 0)),
                                Pt(f.At(100 + jitter(rng), jitter(rng), 0)),
                                Pt(f.At(jitter(rng), 90 + jitter(rng), 0))};
@@ -116,10 +104,10 @@ TEST(XGeoFConstructorOffsets, TangentPlanesKeepEachPointAtItsOffset) {
     for (int s = 0; s < 2; ++s) {
       SCOPED_TRACE(s);
       EXPECT_GT(V(planes[s].normal).dot(up) * (s == 0 ? 1 : -1), 0.0);
-      EXPECT_NEAR(cv::norm(V(planes[s].normal)), 1.0, kRecordDirTol);
+      EXPECT_NEAR(cv::norm(V(planes[s].normal)), 1.0, kDirTol);
       for (int k = 0; k < 3; ++k)
         EXPECT_NEAR(SignedDistance(V(points[k]), planes[s]), -offsets[k],
-                    kRecordPosTol);
+                    kPosTol);
     }
   }
   const XFPoint spread[3] = {XFPoint(0, 0, 0), XFPoint(10, 0, 0),

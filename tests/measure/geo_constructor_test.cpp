@@ -5,39 +5,17 @@
 #include <cmath>
 #include <random>
 
-#include "tests/support/samplers.h"
-#include "tests/support/tolerance.h"
+#include "tests/measure/measure_test_util.h"
 
 namespace xgeomeasure {
 namespace {
 
-using zelmo::test::ExpectNear3;
-using zelmo::test::ExpectSameDirection;
-using zelmo::test::Frame;
-using zelmo::test::RandomFrame;
-
-// Float inputs at up to 500 units carry about 3e-5 of rounding; the
-// constructions amplify it a little.
-constexpr double kPosTol = 2e-3;
-constexpr double kDirTolRad = 1e-5;
-// Directions taken from two float points one unit apart at 500 units.
-constexpr double kShortBaseDirTolRad = 2e-4;
-constexpr double kMaxOffset = 500.0;
-constexpr float kUnwritten = 12345.0f;
-
-void Put(const cv::Vec3d& v, float* out) {
-  for (int k = 0; k < 3; ++k) out[k] = static_cast<float>(v[k]);
-}
-
-// Six floats: a point and a direction.
-void PutLine(const cv::Vec3d& p, const cv::Vec3d& d, float* out) {
-  Put(p, out);
-  Put(d, out + 3);
-}
+using namespace zelmo::test;
+using G = XGeoConstructor;
 
 TEST(XGeoConstructor, ThroughPointsRecoversCirclePlaneAndSphere) {
   std::mt19937 rng(11);
-  std::uniform_real_distribution<double> angle(0, 2 * zelmo::test::kPi);
+  std::uniform_real_distribution<double> angle(0, 2 * kPi);
   for (int trial = 0; trial < 30; ++trial) {
     SCOPED_TRACE(trial);
     const Frame f = RandomFrame(rng, kMaxOffset);
@@ -47,26 +25,23 @@ TEST(XGeoConstructor, ThroughPointsRecoversCirclePlaneAndSphere) {
       const double a = a0 + i * 2.0;  // well spread on the circle
       Put(f.At(r * std::cos(a), r * std::sin(a), 0), pts + 3 * i);
     }
-    const cv::Vec3d p0(pts[0], pts[1], pts[2]), p1(pts[3], pts[4], pts[5]),
-        p2(pts[6], pts[7], pts[8]);
+    const cv::Vec3d p0 = V(pts), p1 = V(pts + 3), p2 = V(pts + 6);
     float circle[10];
-    ASSERT_EQ(XGeoConstructor::Circle3D_3Point(pts, circle), 0);
+    ASSERT_EQ(G::Circle3D_3Point(pts, circle), 0);
     ExpectNear3(circle, f.origin, kPosTol);
-    ExpectSameDirection(cv::Vec3d(circle[3], circle[4], circle[5]),
-                        (p1 - p0).cross(p2 - p0), kDirTolRad);
-    ExpectSameDirection(cv::Vec3d(circle[6], circle[7], circle[8]), p1 - p0,
-                        kDirTolRad);
+    ExpectSameDirection(V(circle + 3), (p1 - p0).cross(p2 - p0), kDirTol);
+    ExpectSameDirection(V(circle + 6), p1 - p0, kDirTol);
     EXPECT_NEAR(circle[9], r, kPosTol);
 
     float plane[6];
-    ASSERT_EQ(XGeoConstructor::Plane_3Point(pts, plane), 0);
+    ASSERT_EQ(G::Plane_3Point(pts, plane), 0);
     ExpectNear3(plane, pts, 0.0);
     ExpectNear3(plane + 3, circle + 3, 1e-6);
 
     const double polar = 0.3 + 0.5 * (trial % 4);  // fourth point off-plane
     Put(f.At(r * std::sin(polar), 0, r * std::cos(polar)), pts + 9);
     float sphere[4];
-    ASSERT_EQ(XGeoConstructor::Sphere_4Point(pts, sphere), 0);
+    ASSERT_EQ(G::Sphere_4Point(pts, sphere), 0);
     ExpectNear3(sphere, f.origin, kPosTol);
     EXPECT_NEAR(sphere[3], r, kPosTol);
   }
@@ -76,14 +51,14 @@ TEST(XGeoConstructor, DegeneratePointsFailWithOutputsUnwritten) {
   float out[10];
   std::fill(out, out + 10, kUnwritten);
   const float collinear[9] = {1, 2, 3, 2, 4, 6, 4, 8, 12};
-  EXPECT_EQ(XGeoConstructor::Plane_3Point(collinear, out), -1);
-  EXPECT_EQ(XGeoConstructor::Circle3D_3Point(collinear, out), -1);
+  EXPECT_EQ(G::Plane_3Point(collinear, out), -1);
+  EXPECT_EQ(G::Circle3D_3Point(collinear, out), -1);
   // First and second point closer than 1e-6 in every coordinate.
   const float coincident[9] = {1, 2, 3, 1, 2, 3.0000002f, 0, 5, 1};
-  EXPECT_EQ(XGeoConstructor::Plane_3Point(coincident, out), -1);
-  EXPECT_EQ(XGeoConstructor::Circle3D_3Point(coincident, out), -1);
+  EXPECT_EQ(G::Plane_3Point(coincident, out), -1);
+  EXPECT_EQ(G::Circle3D_3Point(coincident, out), -1);
   const float coplanar[12] = {0, 0, 7, 3, 0, 7, 0, 4, 7, -2, -1, 7};
-  EXPECT_EQ(XGeoConstructor::Sphere_4Point(coplanar, out), -1);
+  EXPECT_EQ(G::Sphere_4Point(coplanar, out), -1);
   for (float v : out) EXPECT_EQ(v, kUnwritten);
 }
 
@@ -102,15 +77,15 @@ TEST(XGeoConstructor, LineIntersectionsClassifyAndFindFeet) {
     if (c == cv::Vec3d(0, 0, 0)) continue;
     PutLine(meet - 7.0 * u, u, l1);
     PutLine(meet + 3.0 * w, w, l2);
-    ASSERT_EQ(XGeoConstructor::Intersection_Line_Line(l1, l2, p), 2);
+    ASSERT_EQ(G::Intersection_Line_Line(l1, l2, p), 2);
     ExpectNear3(p, meet, kPosTol);
 
     // Line 2 moved along u x w is skew; the common perpendicular is c.
     PutLine(meet + 3.0 * w + c, w, l2);
     std::fill(p, p + 3, kUnwritten);
-    EXPECT_EQ(XGeoConstructor::Intersection_Line_Line(l1, l2, p), 1);
+    EXPECT_EQ(G::Intersection_Line_Line(l1, l2, p), 1);
     EXPECT_EQ(p[0], kUnwritten);
-    EXPECT_EQ(XGeoConstructor::Intersection_Line_Line2(l1, l2, p, q), 0);
+    EXPECT_EQ(G::Intersection_Line_Line2(l1, l2, p, q), 0);
     ExpectNear3(p, meet, kPosTol);
     ExpectNear3(q, meet + c, kPosTol);
   }
@@ -118,14 +93,14 @@ TEST(XGeoConstructor, LineIntersectionsClassifyAndFindFeet) {
   PutLine(cv::Vec3d(1, 2, 3), cv::Vec3d(0, 0.6, 0.8), l1);
   std::fill(p, p + 3, kUnwritten);
   std::fill(q, q + 3, kUnwritten);
-  EXPECT_EQ(XGeoConstructor::Intersection_Line_Line(l1, l1, p), 0);
-  EXPECT_EQ(XGeoConstructor::Intersection_Line_Line2(l1, l1, p, q), 0);
+  EXPECT_EQ(G::Intersection_Line_Line(l1, l1, p), 0);
+  EXPECT_EQ(G::Intersection_Line_Line2(l1, l1, p, q), 0);
   EXPECT_EQ(p[0], kUnwritten);
   EXPECT_EQ(q[0], kUnwritten);
   // A cross product of 1e-12 is not parallel: it meets the skew test, and
   // lines 5 apart pass it as intersecting, far away.
   const float a[6] = {0, 0, 0, 1, 0, 0}, b[6] = {0, 0, 5, 1, 1e-12f, 0};
-  EXPECT_EQ(XGeoConstructor::Intersection_Line_Line(a, b, p), 2);
+  EXPECT_EQ(G::Intersection_Line_Line(a, b, p), 2);
   EXPECT_GT(std::fabs(p[0]), 1e12);
 }
 
@@ -138,28 +113,27 @@ TEST(XGeoConstructor, PlaneIntersectionsAndProjections) {
     PutLine(f.origin, f.w, plane);
     const cv::Vec3d hit = f.At(4, -9, 0), d = 3.0 * (f.u + 2.0 * f.w);
     PutLine(hit + 2.0 * d, d, line);  // a direction of any length works
-    ASSERT_EQ(XGeoConstructor::Intersection_Line_Plane(line, plane, out), 0);
+    ASSERT_EQ(G::Intersection_Line_Plane(line, plane, out), 0);
     ExpectNear3(out, hit, kPosTol);
 
     Put(f.At(6, 2, 40), foot);
-    EXPECT_EQ(XGeoConstructor::Projection_Point_Plane(foot, plane, out), 0);
+    EXPECT_EQ(G::Projection_Point_Plane(foot, plane, out), 0);
     ExpectNear3(out, f.At(6, 2, 0), kPosTol);
     PutLine(f.At(0, 0, 0), f.u, line);
-    EXPECT_EQ(XGeoConstructor::Projection_Point_Line(foot, line, out), 0);
+    EXPECT_EQ(G::Projection_Point_Line(foot, line, out), 0);
     ExpectNear3(out, f.At(6, 0, 0), kPosTol);
 
     // The projected line keeps the foot but points against the line.
     PutLine(f.At(1, 1, 10), f.u * 0.6 + f.w * 0.8, line);
-    ASSERT_EQ(XGeoConstructor::Projection_Line_Plane(line, plane, out), 0);
+    ASSERT_EQ(G::Projection_Line_Plane(line, plane, out), 0);
     ExpectNear3(out, f.At(1, 1, 0), kPosTol);
-    ExpectSameDirection(cv::Vec3d(out[3], out[4], out[5]), -f.u,
-                        kShortBaseDirTolRad);
+    ExpectSameDirection(V(out + 3), -f.u, kChordDirTol);
 
     std::fill(out, out + 6, kUnwritten);
     PutLine(f.At(1, 1, 10), f.u, line);  // parallel to the plane
-    EXPECT_EQ(XGeoConstructor::Intersection_Line_Plane(line, plane, out), -1);
+    EXPECT_EQ(G::Intersection_Line_Plane(line, plane, out), -1);
     PutLine(f.At(1, 1, 10), f.w, line);  // along the normal
-    EXPECT_EQ(XGeoConstructor::Projection_Line_Plane(line, plane, out), -1);
+    EXPECT_EQ(G::Projection_Line_Plane(line, plane, out), -1);
     for (float v : out) EXPECT_EQ(v, kUnwritten);
   }
   // A point within 1e-6 of the line's point gives that point exactly; just
@@ -168,39 +142,37 @@ TEST(XGeoConstructor, PlaneIntersectionsAndProjections) {
   const float nearPoint[3] = {1.0000001f, 2, 3.0000005f};
   const float offPoint[3] = {1, 2, 3.000002f};
   float foot[3];
-  XGeoConstructor::Projection_Point_Line(nearPoint, line, foot);
+  G::Projection_Point_Line(nearPoint, line, foot);
   ExpectNear3(foot, line, 0.0);
-  XGeoConstructor::Projection_Point_Line(offPoint, line, foot);
+  G::Projection_Point_Line(offPoint, line, foot);
   EXPECT_GT(foot[2], 3.000005f);
 }
 
-TEST(XGeoConstructor, PlanePlaneSolvesOnPointCoordinatesWithNegativeZero) {
-  // Direction (0,0,1)x(0,1,0) = (-1,0,0): x is fixed at -0, and y, z solve
-  // 2y + 3z = 3, 5y + 6z = 5 from the points and D = -3, -5.
-  const float p1[6] = {1, 2, 3, 0, 0, 1}, p2[6] = {4, 5, 6, 0, 1, 0};
-  float line[6];
-  ASSERT_EQ(XGeoConstructor::Intersection_Plane_Plane(p1, p2, line), 0);
-  const float want[6] = {0, -1, 5.0f / 3.0f, -1, 0, 0};
-  for (int k = 0; k < 6; ++k) EXPECT_FLOAT_EQ(line[k], want[k]) << k;
-  EXPECT_TRUE(std::signbit(line[0]));
-  // Fixed coordinate z: stored as +0.
-  const float q1[6] = {1, 2, 3, 1, 0, 0}, q2[6] = {4, 5, 6, 0, 1, 0};
-  ASSERT_EQ(XGeoConstructor::Intersection_Plane_Plane(q1, q2, line), 0);
-  EXPECT_EQ(line[2], 0.0f);
-  EXPECT_FALSE(std::signbit(line[2]));
-  // Planes through the origin: the singular system gives the origin.
-  const float o1[6] = {0, 0, 0, 0, 0, 1}, o2[6] = {0, 0, 0, 1, 0, 0};
-  ASSERT_EQ(XGeoConstructor::Intersection_Plane_Plane(o1, o2, line), 0);
-  ExpectNear3(line, cv::Vec3d(0, 0, 0), 0.0);
-  // Direction (1,1,0)/sqrt2: the tie keeps x fixed (-0) and solves
-  // 7y + 2z = 2, 3y + 5z = -3.
-  const float t1[6] = {0, 7, 2, 0, 0, 1}, t2[6] = {0, 3, 5, 1, -1, 0};
-  ASSERT_EQ(XGeoConstructor::Intersection_Plane_Plane(t1, t2, line), 0);
-  EXPECT_TRUE(std::signbit(line[0]));
-  EXPECT_FLOAT_EQ(line[1], 16.0f / 29.0f);
-  EXPECT_FLOAT_EQ(line[2], -27.0f / 29.0f);
+TEST(XGeoConstructor, PlanePlaneFixesOneCoordinateAtSignedZero) {
+  // The largest direction component (lowest index on a tie) fixes its
+  // coordinate at -0, +0 for z; the other two solve the system on the
+  // planes' point coordinates, singular (all zero) for points at the origin.
+  const float h = float(std::sqrt(0.5));
+  const struct {
+    float a[6], b[6], want[6];
+  } cases[] = {
+      {{1, 2, 3, 0, 0, 1}, {4, 5, 6, 0, 1, 0}, {-0.f, -1, 5.f / 3, -1, 0, 0}},
+      {{1, 2, 3, 1, 0, 0}, {4, 5, 6, 0, 1, 0}, {5.f / 3, -1.f / 3, 0, 0, 0, 1}},
+      {{0, 0, 0, 0, 0, 1}, {0, 0, 0, 1, 0, 0}, {0, -0.f, 0, 0, 1, 0}},
+      {{0, 7, 2, 0, 0, 1},
+       {0, 3, 5, 1, -1, 0},
+       {-0.f, 16.f / 29, -27.f / 29, h, h, 0}}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(&c - cases);
+    float line[6];
+    ASSERT_EQ(G::Intersection_Plane_Plane(c.a, c.b, line), 0);
+    for (int k = 0; k < 6; ++k) EXPECT_FLOAT_EQ(line[k], c.want[k]) << k;
+    for (int k = 0; k < 3; ++k)
+      EXPECT_EQ(std::signbit(line[k]), std::signbit(c.want[k])) << k;
+  }
   const float par[6] = {9, 9, 9, 0, 0, -1};
-  EXPECT_EQ(XGeoConstructor::Intersection_Plane_Plane(p1, par, line), -1);
+  float line[6];
+  EXPECT_EQ(G::Intersection_Plane_Plane(cases[0].a, par, line), -1);
 }
 
 }  // namespace
