@@ -63,9 +63,7 @@ TEST(XGeoFConstructorIntersections, TwoLinesMeetMissOrRunParallel) {
   EXPECT_EQ(C::getVerticalLine(a, b, out), C::kPerpendicularOfParallel);
   EXPECT_EQ(meet.x + out.length, 2 * kUnwritten);
   ASSERT_EQ(C::getAngleBisector(a, b, out), C::kBisectorOfParallel);
-  ExpectNear3(out.center, cv::Vec3d(2, 1, 3), 0.0);
-  ExpectNear3(out.dir, a.dir, 0.0);
-  EXPECT_EQ(out.length, 5.0f);
+  ExpectLine(out, {2, 1, 3}, V(a.dir), 5);
 }
 
 TEST(XGeoFConstructorIntersections, PlanesAndLinesMeetWhereExpected) {
@@ -73,15 +71,8 @@ TEST(XGeoFConstructorIntersections, PlanesAndLinesMeetWhereExpected) {
   for (int trial = 0; trial < 20; ++trial) {
     SCOPED_TRACE(trial);
     const Frame f = RandomFrame(rng, kMaxOffset);
-    float c[3], n[3], m[3];
-    Put(f.origin, c);
-    Put(f.w, n);
-    Put(f.u, m);
-    const XFPlane floor(c, n, m, 10, 4);  // v from -2 to 2
-    Put(f.At(1, 0, 0), c);
-    Put(f.u, n);
-    Put(f.v, m);
-    const XFPlane wall(c, n, m, 6, 20);  // v from -3 to 3
+    const XFPlane floor = Plane(f.origin, f.w, f.u, 10, 4);      // v: -2 .. 2
+    const XFPlane wall = Plane(f.At(1, 0, 0), f.u, f.v, 6, 20);  // v: -3 .. 3
     XFLine3D2 line;
     ASSERT_EQ(C::getIntersectionLine(floor, wall, line), 0);
     ExpectNear3(line.center, f.At(1, 0, 0), kPosTol);
@@ -130,13 +121,9 @@ TEST(XGeoFConstructorIntersections, PlaneCutsSolidsInCircles) {
     SCOPED_TRACE(trial);
     const Frame f = RandomFrame(rng, kMaxOffset);
     const XFPlane plane = Plane(f.At(0, 0, 5), f.w);
-    float base[3], axis[3];
-    Put(f.At(-3, 0, -3), base);
-    Put((f.u + f.w) / std::sqrt(2.0), axis);
+    const XFCylinder oblique = Cylinder(f.At(-3, 0, -3), f.u + f.w, 4, 20);
     XFCircle3D circle;
-    ASSERT_EQ(
-        C::getIntersectionCircle(plane, XFCylinder(base, axis, 4, 20), circle),
-        0);
+    ASSERT_EQ(C::getIntersectionCircle(plane, oblique, circle), 0);
     ExpectNear3(circle.center, f.At(5, 0, 5), kPosTol);  // oblique
     ExpectNear3(circle.majorDir, plane.majorDir, 0.0);
     EXPECT_EQ(circle.radius, 4.0f);
@@ -146,8 +133,8 @@ TEST(XGeoFConstructorIntersections, PlaneCutsSolidsInCircles) {
               0);
     ExpectNear3(circle.center, f.At(0, 0, 5), kPosTol);
     EXPECT_NEAR(circle.radius, 25, kPosTol);
-    Put(f.At(0, 0, -1), base);
-    ASSERT_EQ(C::getIntersectionCircle(plane, XFSphere(base, 10), circle), 0);
+    ASSERT_EQ(
+        C::getIntersectionCircle(plane, Sphere(f.At(0, 0, -1), 10), circle), 0);
     ExpectNear3(circle.center, f.At(0, 0, 5), kPosTol);
     EXPECT_NEAR(circle.radius, 8, kPosTol);
     ExpectNear3(circle.normal, plane.normal, 0.0);
@@ -160,13 +147,9 @@ TEST(XGeoFConstructorIntersections, PlaneCutsSolidsInCircles) {
   EXPECT_EQ(circle.radius, 4.0f);
   circle.radius = kUnwritten;
   EXPECT_EQ(C::getIntersectionCircle(ground, XFSphere(0, 0, 0, 3), circle), -1);
-  const float base[3] = {0, 0, 0}, along[3] = {1, 0, 0};
-  EXPECT_EQ(
-      C::getIntersectionCircle(ground, XFCylinder(base, along, 1, 5), circle),
-      -1);
-  EXPECT_EQ(
-      C::getIntersectionCircle(ground, XFCone(base, along, 2, 1, 5), circle),
-      -1);
+  const cv::Vec3d o(0, 0, 0), x(1, 0, 0);
+  EXPECT_EQ(C::getIntersectionCircle(ground, Cylinder(o, x, 1, 5), circle), -1);
+  EXPECT_EQ(C::getIntersectionCircle(ground, Cone(o, x, 2, 1, 5), circle), -1);
   EXPECT_EQ(circle.radius, kUnwritten);
 }
 

@@ -56,9 +56,7 @@ TEST(XGeoFConstructorOffsets, TangentLinesTouchBothCirclesFromOneSide) {
   XFLine3D2 lines[2];
   const float inside[2] = {5, 3};  // touching from inside: one line
   ASSERT_EQ(C::getLineOffset(centers, inside, ground, lines), 1);
-  ExpectNear3(lines[0].center, cv::Vec3d(5, 0, 0), 0.0);
-  ExpectNear3(lines[0].dir, cv::Vec3d(0, 1, 0), 0.0);
-  EXPECT_EQ(lines[0].length, 1.0f);
+  ExpectLine(lines[0], {5, 0, 0}, {0, 1, 0}, 1);
   lines[0].length = kUnwritten;
   const float contained[2] = {5, 2.5f}, negative[2] = {-1, 1}, same[2] = {1, 1};
   EXPECT_EQ(C::getLineOffset(centers, contained, ground, lines), C::kNoTangent);
@@ -72,16 +70,10 @@ TEST(XGeoFConstructorOffsets, TangentLinesTouchBothCirclesFromOneSide) {
   EXPECT_EQ(C::getLineOffset(stacked, unequal, ground, lines), C::kNoTangent);
   EXPECT_EQ(lines[0].length, kUnwritten);
   ASSERT_EQ(C::getLineOffset(stacked, same, ground, lines), 2);
-  for (const XFLine3D2& line : lines) {
-    ExpectNear3(line.center, cv::Vec3d(0, 0, 0), 0.0);
-    ExpectNear3(line.dir, cv::Vec3d(0, 0, 0), 0.0);
-    EXPECT_EQ(line.length, 0.0f);
-  }
+  for (const XFLine3D2& line : lines) ExpectLine(line, {0, 0, 0}, {0, 0, 0}, 0);
   const XFPoint twice[2] = {XFPoint(1, 2, 3), XFPoint(1, 2, 3)};
   ASSERT_EQ(C::getLineOffset(twice, same, ground, lines), 1);
-  ExpectNear3(lines[0].center, cv::Vec3d(1, 2, 0), 0.0);
-  ExpectNear3(lines[0].dir, cv::Vec3d(0, 0, 0), 0.0);
-  EXPECT_EQ(lines[0].length, 1.0f);
+  ExpectLine(lines[0], {1, 2, 0}, {0, 0, 0}, 1);
 }
 
 TEST(XGeoFConstructorOffsets, TangentPlanesKeepEachPointAtItsOffset) {
@@ -110,29 +102,27 @@ TEST(XGeoFConstructorOffsets, TangentPlanesKeepEachPointAtItsOffset) {
                     kPosTol);
     }
   }
-  const XFPoint spread[3] = {XFPoint(0, 0, 0), XFPoint(10, 0, 0),
-                             XFPoint(0, 10, 0)};
-  XFPlane planes[2];
-  planes[0].d = kUnwritten;
-  const float negative[3] = {1, -1, 1};
-  EXPECT_EQ(C::getPlaneOffset(spread, negative, planes), C::kNegativeOffset);
-  const float ones[3] = {1, 1, 1};
-  const XFPoint twice[3] = {XFPoint(0, 0, 0), XFPoint(1, 0, 0),
-                            XFPoint(0, 0, 0)};
-  EXPECT_EQ(C::getPlaneOffset(twice, ones, planes), C::kCoincidentPoints);
-  const XFPoint inLine[3] = {XFPoint(0, 0, 0), XFPoint(1, 1, 1),
-                             XFPoint(2, 2, 2)};
-  EXPECT_EQ(C::getPlaneOffset(inLine, ones, planes), C::kDegeneratePoints);
-  // One sphere holds another point: that pair has no outer tangents.
-  const float holding[3] = {20, 1, 1};
-  EXPECT_EQ(C::getPlaneOffset(spread, holding, planes), C::kNoTangentPlane);
-  // A small sphere between two large ones sinks below every plane that
-  // touches both.
-  const XFPoint row[3] = {XFPoint(-20, 0, 0), XFPoint(20, 0, 0),
-                          XFPoint(0, 0.5f, 0)};
-  const float bigSmallBig[3] = {10, 10, 1};
-  EXPECT_EQ(C::getPlaneOffset(row, bigSmallBig, planes), C::kNoTangentPlane);
-  EXPECT_EQ(planes[0].d, kUnwritten);
+  // A sphere that holds another point leaves that pair no outer tangents;
+  // a small sphere between two large ones sinks below their tangents.
+  const struct {
+    XFPoint points[3];
+    float offsets[3];
+    int code;
+  } failing[] = {
+      {{{0, 0, 0}, {10, 0, 0}, {0, 10, 0}}, {1, -1, 1}, C::kNegativeOffset},
+      {{{0, 0, 0}, {1, 0, 0}, {0, 0, 0}}, {1, 1, 1}, C::kCoincidentPoints},
+      {{{0, 0, 0}, {1, 1, 1}, {2, 2, 2}}, {1, 1, 1}, C::kDegeneratePoints},
+      {{{0, 0, 0}, {10, 0, 0}, {0, 10, 0}}, {20, 1, 1}, C::kNoTangentPlane},
+      {{{-20, 0, 0}, {20, 0, 0}, {0, 0.5f, 0}},
+       {10, 10, 1},
+       C::kNoTangentPlane}};
+  for (const auto& c : failing) {
+    SCOPED_TRACE(&c - failing);
+    XFPlane planes[2];
+    planes[0].d = planes[1].d = kUnwritten;
+    EXPECT_EQ(C::getPlaneOffset(c.points, c.offsets, planes), c.code);
+    EXPECT_EQ(planes[0].d + planes[1].d, 2 * kUnwritten);
+  }
 }
 
 }  // namespace

@@ -75,6 +75,17 @@ inline xgeofeature::XFPlane Plane(const cv::Vec3d& center,
   PutLine(center, normal / cv::norm(normal), cn);
   return xgeofeature::XFPlane(cn, cn + 3);
 }
+inline xgeofeature::XFPlane Plane(const cv::Vec3d& center,
+                                  const cv::Vec3d& normal,
+                                  const cv::Vec3d& majorDir,
+                                  float length,
+                                  float width) {
+  float c[3], n[3], m[3];
+  Put(center, c);
+  Put(normal / cv::norm(normal), n);
+  Put(majorDir / cv::norm(majorDir), m);
+  return xgeofeature::XFPlane(c, n, m, length, width);
+}
 inline xgeofeature::XFSphere Sphere(const cv::Vec3d& center, float radius) {
   float c[3];
   Put(center, c);
@@ -96,6 +107,15 @@ inline xgeofeature::XFCone Cone(const cv::Vec3d& base,
   float ba[6];
   PutLine(base, axis / cv::norm(axis), ba);
   return xgeofeature::XFCone(ba, ba + 3, baseRadius, topRadius, height);
+}
+// The line record has exactly this centre, direction and length.
+inline void ExpectLine(const xgeofeature::XFLine3D2& line,
+                       const cv::Vec3d& center,
+                       const cv::Vec3d& dir,
+                       float length) {
+  ExpectNear3(line.center, center, 0.0);
+  ExpectNear3(line.dir, dir, 0.0);
+  EXPECT_EQ(line.length, length);
 }
 // Signed distance of `p` from the plane record, along its normal.
 inline double SignedDistance(const cv::Vec3d& p,
