@@ -90,13 +90,11 @@ TEST(LongAxisStart, TurnsByNinetyDegreesInFloatUnlessTheWidthIsLonger) {
     const LongAxisStart s = MinAreaStart(points);
     SCOPED_TRACE(testing::Message()
                  << "w " << box.size.width << " h " << box.size.height);
-    if (halfW > halfH) {
-      EXPECT_EQ(s.longHalf, halfW);
-      EXPECT_DOUBLE_EQ(s.t, box.angle * kPi / 180);
-    } else {
-      EXPECT_EQ(s.longHalf, halfH);
-      EXPECT_DOUBLE_EQ(s.t, static_cast<float>(box.angle + 90.0f) * kPi / 180);
-    }
+    const bool wide = halfW > halfH;
+    EXPECT_EQ(s.longHalf, wide ? halfW : halfH);
+    EXPECT_DOUBLE_EQ(
+        s.t,
+        (wide ? box.angle : static_cast<float>(box.angle + 90.0f)) * kPi / 180);
   }
   EXPECT_EQ(cv::minAreaRect(boxes[0]).size.width,
             cv::minAreaRect(boxes[0]).size.height);
@@ -109,12 +107,8 @@ TEST(OneSidedObjectives, FoldEveryMethodByItsTable) {
   auto value = [&](int method) {
     return Evaluate(SelectOneSided<CircleOutline>(method, nullptr), c, pts);
   };
-  EXPECT_DOUBLE_EQ(value(0), 1.25);
-  EXPECT_DOUBLE_EQ(value(1), 1.5);
-  EXPECT_DOUBLE_EQ(value(2), 1 + 1.5 * 10000);
-  EXPECT_DOUBLE_EQ(value(3), 1);
-  EXPECT_DOUBLE_EQ(value(4), 1.5 * 10000);
-  EXPECT_DOUBLE_EQ(value(5), 2 * 10000);
+  const double want[] = {1.25, 1.5, 1 + 1.5 * 10000, 1, 1.5 * 10000, 2 * 10000};
+  for (int m = 0; m < 6; ++m) EXPECT_DOUBLE_EQ(value(m), want[m]) << m;
   EXPECT_EQ(SelectOneSided<CircleOutline>(6, &MaximumInscribedObjective),
             &MaximumInscribedObjective);
   EXPECT_EQ(SelectOneSided<CircleOutline>(-1, nullptr), nullptr);

@@ -1,24 +1,10 @@
 #include "zelmo/simplex/cylinder_fit.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
-#include <random>
-#include <vector>
-
-#include "tests/simplex/recovery_tolerances.h"
-#include "tests/support/samplers.h"
-#include "tests/support/shape_distances.h"
-#include "tests/support/tolerance.h"
+#include "tests/simplex/simplex_checks.h"
+#include "tests/support/fit_checks.h"
 
 namespace x3dfit {
 namespace {
-
-using zelmo::test::DistanceToLine;
-using zelmo::test::Frame;
-using zelmo::test::Samples;
-using zelmo::test::Vec3;
 
 // Exposes the iteration limit that Fit2 leaves behind.
 class CylinderFitProbe : public XCylinderFit {
@@ -26,59 +12,35 @@ class CylinderFitProbe : public XCylinderFit {
   int maxIter() const { return m_maxIter; }
 };
 
-// The extent of the samples along the true axis, and its middle.
-struct Extent {
-  cv::Vec3d middle;
-  double height;
-};
-
-Extent ExtentAlong(const Frame& f, const Samples& s) {
-  double lo = 1e300, hi = -1e300;
-  for (const cv::Point3f& x : s.points) {
-    const double t = (Vec3(&x.x) - f.origin).dot(f.w);
-    lo = std::min(lo, t);
-    hi = std::max(hi, t);
-  }
-  return {f.origin + f.w * ((lo + hi) / 2), hi - lo};
-}
-
+// p[0..2] is the middle of the points' extent on the fitted axis, p[7] its
+// length.
 void ExpectCylinder(const double* p,
                     const Frame& f,
                     double radius,
-                    const Extent& extent,
+                    const Samples& s,
                     double posTol,
                     double dirTol) {
-  EXPECT_NEAR(cv::norm(Vec3(p + 3)), 1.0, 1e-12);
-  zelmo::test::ExpectSameAxis(Vec3(p + 3), f.w, dirTol);
+  double z0, z1;
+  zelmo::test::AxialExtent(f, s, &z0, &z1);
+  const double height = z1 - z0, tilt = height * dirTol;
+  ExpectUnitAxis(p + 3, f, dirTol);
   EXPECT_NEAR(p[6], radius, posTol);
-  // p[0..2] is the middle of the points' extent on the fitted axis.
-  zelmo::test::ExpectNear3(p, extent.middle, posTol + extent.height * dirTol);
-  EXPECT_NEAR(p[7], extent.height, 2 * posTol + extent.height * dirTol);
+  zelmo::test::ExpectNear3(p, f.origin + f.w * ((z0 + z1) / 2), posTol + tilt);
+  EXPECT_NEAR(p[7], height, 2 * posTol + tilt);
 }
 
 TEST(XCylinderFit, RecoversLongCylindersWithEveryMethod) {
-  std::mt19937 rng(41);
-  std::uniform_real_distribution<double> radius(3.0, 20.0);
-  for (int trial = 0; trial < 4; ++trial) {
-    for (double noise : {0.0, 0.01}) {
-      const Frame f = zelmo::test::RandomFrame(rng, 500.0);
-      const double r = radius(rng);
-      const Samples s =
-          zelmo::test::SampleCylinder(f, r, 5 * r, 300, noise, rng);
-      const Extent extent = ExtentAlong(f, s);
-      const bool exact = noise == 0.0;
-      for (FitMethod method : {LeastSquare, LeastAbsDev, Chebyshev}) {
-        SCOPED_TRACE(testing::Message()
-                     << "seed 41 trial " << trial << " noise " << noise
-                     << " method " << method);
-        XCylinderFit fit;
-        double p[8];
-        ASSERT_TRUE(fit.Fit(s.points, p, method));
-        ExpectCylinder(p, f, r, extent, exact ? kExactPosTol : kNoisyPosTol,
-                       exact ? kExactDirTol : kNoisyDirTol);
-      }
+  ForEachPose(41, 4, [](const Frame& f, double noise, std::mt19937& rng) {
+    const double r = std::uniform_real_distribution<double>(3.0, 20.0)(rng);
+    const Samples s = zelmo::test::SampleCylinder(f, r, 5 * r, 300, noise, rng);
+    for (FitMethod method : kAllMethods) {
+      SCOPED_TRACE(testing::Message() << "method " << method);
+      XCylinderFit fit;
+      double p[8];
+      ASSERT_TRUE(fit.Fit(s.points, p, method));
+      ExpectCylinder(p, f, r, s, PosTol(noise), DirTol(noise));
     }
-  }
+  });
 }
 
 // A disc-like cylinder: its axis is the direction of least spread, so Fit
@@ -102,7 +64,7 @@ TEST(XCylinderFit, Fit2FindsTheAxisOfAShortWideCylinder) {
     ASSERT_TRUE(fit.Fit2(xyz.data(), s.Count(), p));
     EXPECT_EQ(fit.maxIter(), 1000);
     // Within 1000 iterations the descent gets close, not to the last digit.
-    ExpectCylinder(p, f, 30.0, ExtentAlong(f, s), 1e-3, 1e-4);
+    ExpectCylinder(p, f, 30.0, s, 1e-3, 1e-4);
   }
 }
 
@@ -122,7 +84,8 @@ TEST(XCylinderFit, LeastSquaresLeavesItsValueInTheSharedStatic) {
   fit.Fit(s.points, p, LeastSquare);
   double sum = 0;
   for (const cv::Point3f& x : s.points) {
-    const double e = DistanceToLine(Vec3(p), Vec3(p + 3), Vec3(&x.x)) - p[6];
+    const double e =
+        zelmo::test::DistanceToLine(Vec3(p), Vec3(p + 3), Vec3(&x.x)) - p[6];
     sum += e * e;
   }
   EXPECT_GT(sum, 0.1);  // noise 0.05 on 200 points

@@ -1,22 +1,9 @@
 #include "zelmo/simplex/sphere_fit.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
-#include <random>
-#include <vector>
-
-#include "tests/simplex/recovery_tolerances.h"
-#include "tests/support/samplers.h"
-#include "tests/support/shape_distances.h"
-#include "tests/support/tolerance.h"
+#include "tests/simplex/simplex_checks.h"
 
 namespace x3dfit {
 namespace {
-
-using zelmo::test::Frame;
-using zelmo::test::Vec3;
 
 zelmo::test::Spread SphereSpread(const std::vector<cv::Point3f>& pts,
                                  const double* p) {
@@ -26,30 +13,23 @@ zelmo::test::Spread SphereSpread(const std::vector<cv::Point3f>& pts,
 }
 
 TEST(XSphereFit, RecoversSpheresAndCapsWithEveryMethod) {
-  std::mt19937 rng(31);
-  std::uniform_real_distribution<double> radius(2.0, 60.0);
-  for (int trial = 0; trial < 4; ++trial) {
-    for (double noise : {0.0, 0.01}) {
-      for (double polar : {zelmo::test::kPi, zelmo::test::kPi / 3}) {
-        const Frame f = zelmo::test::RandomFrame(rng, 500.0);
-        const double r = radius(rng);
-        const auto s = zelmo::test::SampleSphere(f, r, 300, noise, rng, polar);
-        for (FitMethod method : {LeastSquare, LeastAbsDev, Chebyshev}) {
-          SCOPED_TRACE(testing::Message()
-                       << "seed 31 trial " << trial << " noise " << noise
-                       << " polar " << polar << " method " << method);
-          XSphereFit fit;
-          double p[4];
-          ASSERT_TRUE(fit.Fit(s.points, p, method));
-          const double tol = noise == 0.0 ? kExactPosTol : kNoisyPosTol;
-          // A cap fixes its center less well than the whole sphere.
-          const double capFactor = polar < 3 ? 5.0 : 1.0;
-          zelmo::test::ExpectNear3(p, f.origin, tol * capFactor);
-          EXPECT_NEAR(p[3], r, tol * capFactor);
-        }
+  ForEachPose(31, 8, [](const Frame& f, double noise, std::mt19937& rng) {
+    const double r = std::uniform_real_distribution<double>(2.0, 60.0)(rng);
+    for (double polar : {zelmo::test::kPi, zelmo::test::kPi / 3}) {
+      const Samples s = zelmo::test::SampleSphere(f, r, 300, noise, rng, polar);
+      // A cap fixes its center less well than the whole sphere.
+      const double tol = PosTol(noise) * (polar < 3 ? 5.0 : 1.0);
+      for (FitMethod method : kAllMethods) {
+        SCOPED_TRACE(testing::Message()
+                     << "polar " << polar << " method " << method);
+        XSphereFit fit;
+        double p[4];
+        ASSERT_TRUE(fit.Fit(s.points, p, method));
+        zelmo::test::ExpectNear3(p, f.origin, tol);
+        EXPECT_NEAR(p[3], r, tol);
       }
     }
-  }
+  });
 }
 
 // Eight points on a sphere of radius 10 and one 2 outside it: the sum of
