@@ -14,8 +14,9 @@
 namespace zelmolm {
 namespace {
 
-using zelmo::test::Frame;
-using zelmo::test::Samples;
+namespace zt = zelmo::test;
+using zt::Frame;
+using zt::Samples;
 
 constexpr double kNoise = 0.01;        // radial deviation of the scan
 constexpr double kFitTol = kNoise;     // center and radius of a fit
@@ -39,7 +40,7 @@ int RunFit(XCircleFit3DLM& c,
   const bool fitPlane = faceNormals != nullptr;
   if (fitPlane) std::fill(plane.begin(), plane.end(), 0.0f);
   const float* n = fitPlane ? faceNormals->data() : nullptr;
-  zelmo::test::StdoutCapture quiet;
+  zt::StdoutCapture quiet;
   return inscribed
              ? c.Fit(s.Xyz().data(), n, s.Count(), plane.data(), fitPlane)
              : c.Fit2(s.Xyz().data(), n, s.Count(), plane.data(), fitPlane);
@@ -50,45 +51,42 @@ TEST(XCircleFit3DLM, LeastSquaresRecoversCirclesInGivenAndFittedPlanes) {
     const unsigned seed = 6100 + trial;
     SCOPED_TRACE(testing::Message() << "seed " << seed);
     std::mt19937 rng(seed);
-    const Frame f = zelmo::test::RandomFrame(rng, 500.0);
+    const Frame f = zt::RandomFrame(rng, 500.0);
     const double radius = std::uniform_real_distribution<double>(5, 50)(rng);
-    const Samples s = zelmo::test::SampleCircle(
-        f, radius, 60, kNoise, rng, zelmo::test::kPi * (2 - trial % 2));
-    // The normals of the face the circle lies on steer the plane fit.
-    std::vector<float> face;
+    const Samples s =
+        zt::SampleCircle(f, radius, 60, kNoise, rng, zt::kPi * (2 - trial % 2));
+    std::vector<float> face;  // the face's normals steer the plane fit
     for (int i = 0; i < s.Count(); ++i)
       face.insert(face.end(), {float(f.w[0]), float(f.w[1]), float(f.w[2])});
     for (bool fitPlane : {false, true}) {
       XCircleFit3DLM c;
       ASSERT_EQ(RunFit(c, false, s, f, fitPlane ? &face : nullptr), 0);
-      zelmo::test::ExpectNear3(c.center, f.origin, kFitTol);
+      zt::ExpectNear3(c.center, f.origin, kFitTol);
       EXPECT_NEAR(c.radius, radius, kFitTol);
-      zelmo::test::ExpectSameDirection(c.normal, f.w, kPlaneTolRad);
+      zt::ExpectSameDirection(c.normal, f.w, kPlaneTolRad);
       // majorDir: a unit axis in the plane.
-      const cv::Vec3d x = zelmo::test::ToVec3d(c.majorDir);
-      EXPECT_NEAR(cv::norm(x), 1.0, 1e-6);
-      EXPECT_NEAR(x.dot(f.w), 0.0, kPlaneTolRad);
+      EXPECT_NEAR(cv::norm(zt::ToVec3d(c.majorDir)), 1.0, 1e-6);
+      EXPECT_NEAR(zt::ToVec3d(c.majorDir).dot(f.w), 0.0, kPlaneTolRad);
     }
   }
 }
 
-// The inscribed fit grows its circle while the reward of a larger radius,
-// 2 n / r^3, outweighs the penalty of a point inside, 1.6 / r: these bores
-// are sampled densely enough (n > 0.8 r^2) for it to slide the center.
-TEST(XCircleFit3DLM, InscribedCircleOfANoisyBoreTouchesWithoutEnclosing) {
+// The inscribed circle grows while a larger radius pays (2 n / r^3 against
+// 1.6 / r per inside point): dense bores (n > 0.8 r^2) let it slide. On 60
+// exact points of a circle of 12 it stops once the nearest point touches.
+TEST(XCircleFit3DLM, InscribedCircleTouchesFromInsideWithoutEnclosing) {
   constexpr double kBand = 0.02;  // radial noise, uniform in +-kBand
   for (int trial = 0; trial < 6; ++trial) {
     const unsigned seed = 6200 + trial;
     SCOPED_TRACE(testing::Message() << "seed " << seed);
     std::mt19937 rng(seed);
-    const Frame f = zelmo::test::RandomFrame(rng, 500.0);
+    const Frame f = zt::RandomFrame(rng, 500.0);
     const double radius = std::uniform_real_distribution<double>(3, 12)(rng);
-    Samples s = zelmo::test::SampleCircle(f, radius, 400, 0.0, rng);
+    Samples s = zt::SampleCircle(f, radius, 400, 0.0, rng);
     std::uniform_real_distribution<double> band(-kBand, kBand);
     for (int i = 0; i < s.Count(); ++i) {
-      const cv::Point3f& n = s.normals[i];
       const cv::Vec3d p =
-          f.origin + (radius + band(rng)) * cv::Vec3d(n.x, n.y, n.z);
+          f.origin + (radius + band(rng)) * zt::ToVec3d(s.normals[i]);
       s.points[i] = cv::Point3f(cv::Point3d(p));
     }
     XCircleFit3DLM leastSquares, inscribed;
@@ -96,8 +94,7 @@ TEST(XCircleFit3DLM, InscribedCircleOfANoisyBoreTouchesWithoutEnclosing) {
     ASSERT_EQ(RunFit(inscribed, true, s, f), 0);
     int touching = 0;
     for (const cv::Point3f& p : s.points) {
-      const double e = cv::norm(zelmo::test::ToVec3d(p) -
-                                zelmo::test::ToVec3d(inscribed.center));
+      const double e = cv::norm(zt::ToVec3d(p) - zt::ToVec3d(inscribed.center));
       EXPECT_GT(e, inscribed.radius - kInsideTol);
       touching += e < inscribed.radius + kInsideTol;
     }
@@ -105,18 +102,11 @@ TEST(XCircleFit3DLM, InscribedCircleOfANoisyBoreTouchesWithoutEnclosing) {
     EXPECT_GE(inscribed.radius, leastSquares.radius - kBand - kInsideTol);
     EXPECT_LE(inscribed.radius, leastSquares.radius);
   }
-}
-
-TEST(XCircleFit3DLM, InscribedCircleOfSparseExactPointsIsTangentFromInside) {
-  // 60 points on a circle of 12: the half-summed start lies off the center
-  // and the solver grows the circle only until the nearest point touches;
-  // the exchange then stops at once.
   std::mt19937 rng(6300);
-  const Frame f = zelmo::test::RandomFrame(rng, 100.0);
-  const Samples s = zelmo::test::SampleCircle(f, 12.0, 60, 0.0, rng);
+  const Frame f = zt::RandomFrame(rng, 100.0);
   XCircleFit3DLM c;
-  ASSERT_EQ(RunFit(c, true, s, f), 0);
-  const double offset = cv::norm(zelmo::test::ToVec3d(c.center) - f.origin);
+  ASSERT_EQ(RunFit(c, true, zt::SampleCircle(f, 12.0, 60, 0.0, rng), f), 0);
+  const double offset = cv::norm(zt::ToVec3d(c.center) - f.origin);
   // Between two samples the circle may reach a little beyond the true one.
   EXPECT_NEAR(offset + c.radius, 12.0, 0.01);
   EXPECT_LT(c.radius, 12.0 - 0.1);
@@ -124,8 +114,8 @@ TEST(XCircleFit3DLM, InscribedCircleOfSparseExactPointsIsTangentFromInside) {
 
 TEST(XCircleFit3DLM, TooFewPointsFailWithoutTouchingTheFields) {
   std::mt19937 rng(6400);
-  const Frame f = zelmo::test::RandomFrame(rng, 100.0);
-  Samples s = zelmo::test::SampleCircle(f, 8.0, 9, kNoise, rng);
+  const Frame f = zt::RandomFrame(rng, 100.0);
+  Samples s = zt::SampleCircle(f, 8.0, 9, kNoise, rng);
   XCircleFit3DLM c;
   // Nine points: too few for the inscribed circle, enough for least squares.
   EXPECT_EQ(RunFit(c, true, s, f), -1);

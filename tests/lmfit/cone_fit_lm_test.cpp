@@ -11,7 +11,6 @@
 #include "tests/support/samplers.h"
 #include "tests/support/stdout_capture.h"
 #include "tests/support/tolerance.h"
-#include "zelmo/feature/solid_records.h"
 
 namespace zelmolm {
 
@@ -25,49 +24,19 @@ class XConeFitLMPeer {
 
 namespace {
 
-using zelmo::test::Frame;
-using zelmo::test::Samples;
+namespace zt = zelmo::test;
 
 constexpr double kNoise = 0.01;         // deviation of the scan
 constexpr double kFitTol = 3 * kNoise;  // apex, ends and radii
 constexpr double kAxisTolRad = 2e-3;    // axis direction
 constexpr double kAngleTol = 1e-3;      // half angle, radians
 
-int FitQuietly(XConeFitLM& fit, const Samples& s) {
-  zelmo::test::StdoutCapture capture;
+// Fits silently (no console line) and returns the result.
+int FitQuietly(XConeFitLM& fit, const zt::Samples& s) {
+  zt::StdoutCapture capture;
   const int result = fit.Fit(s.Xyz().data(), s.NormalsXyz().data(), s.Count());
   EXPECT_EQ(capture.Take(), "");
   return result;
-}
-
-// Fits the samples and expects apex at z = zApex on f's axis, half angle
-// `half`, the base (far end) at zBase and the top at zTop along f.w, and
-// an axis pointing from the base towards the apex. Ends and apex lie off
-// the points along the fitted axis: they move with its error.
-void ExpectCone(const Samples& s,
-                const Frame& f,
-                double zApex,
-                double half,
-                double zBase,
-                double zTop) {
-  XConeFitLM fit;
-  ASSERT_GE(FitQuietly(fit, s), 0);
-  const double apexTol = kFitTol + std::fabs(zApex - zBase) * kAxisTolRad;
-  const double endTol = kFitTol + std::fabs(zBase) * kAxisTolRad;
-  zelmo::test::ExpectNear3(fit.apex, f.At(0, 0, zApex), apexTol);
-  EXPECT_NEAR(fit.halfAngle, half, kAngleTol);
-  zelmo::test::ExpectSameDirection(fit.axis, zBase < zTop ? f.w : -f.w,
-                                   kAxisTolRad);
-  zelmo::test::ExpectNear3(fit.base, f.At(0, 0, zBase), endTol);
-  zelmo::test::ExpectNear3(fit.top, f.At(0, 0, zTop), endTol);
-  EXPECT_NEAR(fit.height, std::fabs(zTop - zBase), endTol);
-  EXPECT_NEAR(fit.baseRadius, std::fabs(zBase - zApex) * std::tan(half),
-              endTol);
-  EXPECT_NEAR(fit.topRadius, std::fabs(zTop - zApex) * std::tan(half), endTol);
-  xgeofeature::XFCone record;
-  fit.getCone(record);
-  EXPECT_EQ(std::vector<float>(record.apex, &record.topRadius + 1),
-            std::vector<float>(fit.apex, &fit.topRadius + 1));
 }
 
 TEST(XConeFitLM, RecoversFrustumsWithTheBaseAtTheFarEnd) {
@@ -75,16 +44,29 @@ TEST(XConeFitLM, RecoversFrustumsWithTheBaseAtTheFarEnd) {
     const unsigned seed = 9100 + trial;
     SCOPED_TRACE(testing::Message() << "seed " << seed);
     std::mt19937 rng(seed);
-    const Frame f = zelmo::test::RandomFrame(rng, 500.0);
+    const zt::Frame f = zt::RandomFrame(rng, 500.0);
     std::uniform_real_distribution<double> unit(0, 1);
     const double r0 = 10 + 20 * unit(rng), r1 = r0 * (0.3 + 0.4 * unit(rng));
     const double h = 20 + 20 * unit(rng), half = std::atan((r0 - r1) / h);
-    const double arc = zelmo::test::kPi * 2 / (1 << trial % 3);  // 360 .. 90
-    const Samples s =
-        zelmo::test::SampleCone(f, r0, r1, h, 800, kNoise, rng, arc);
-    double z0, z1;
-    zelmo::test::AxialExtent(f, s, &z0, &z1);
-    ExpectCone(s, f, h * r0 / (r0 - r1), half, z0, z1);
+    const double arc = zt::kPi * 2 / (1 << trial % 3);  // 360 .. 90
+    const zt::Samples s = zt::SampleCone(f, r0, r1, h, 800, kNoise, rng, arc);
+    double zBase, zTop;
+    zt::AxialExtent(f, s, &zBase, &zTop);
+    const double zApex = h * r0 / (r0 - r1);
+    XConeFitLM fit;
+    ASSERT_GE(FitQuietly(fit, s), 0);
+    // Apex and ends lie off the points along the axis: they move with its
+    // error.
+    const double apexTol = kFitTol + (zApex - zBase) * kAxisTolRad;
+    const double endTol = kFitTol + std::fabs(zBase) * kAxisTolRad;
+    zt::ExpectNear3(fit.apex, f.At(0, 0, zApex), apexTol);
+    EXPECT_NEAR(fit.halfAngle, half, kAngleTol);
+    zt::ExpectSameDirection(fit.axis, f.w, kAxisTolRad);
+    zt::ExpectNear3(fit.base, f.At(0, 0, zBase), endTol);
+    zt::ExpectNear3(fit.top, f.At(0, 0, zTop), endTol);
+    EXPECT_NEAR(fit.height, zTop - zBase, endTol);
+    EXPECT_NEAR(fit.baseRadius, (zApex - zBase) * std::tan(half), endTol);
+    EXPECT_NEAR(fit.topRadius, (zApex - zTop) * std::tan(half), endTol);
   }
 }
 
@@ -111,9 +93,9 @@ TEST(XConeFitLM, EndsAndAxisTurnFollowTheExtentOfThePoints) {
     for (float t : {c.t0, 0.5f * (c.t0 + c.t1), c.t1})
       p.insert(p.end(), {1 + 0.5f * std::fabs(t), 2, 3 + t});
     XConeFitLMPeer::Ends(fit, p);
-    zelmo::test::ExpectNear3(fit.base, cv::Vec3d(1, 2, 3 + c.far), 1e-6);
-    zelmo::test::ExpectNear3(fit.top, cv::Vec3d(1, 2, 3 + c.near), 1e-6);
-    zelmo::test::ExpectNear3(fit.axis, cv::Vec3d(0, 0, c.axisZ), 0.0);
+    zt::ExpectNear3(fit.base, cv::Vec3d(1, 2, 3 + c.far), 1e-6);
+    zt::ExpectNear3(fit.top, cv::Vec3d(1, 2, 3 + c.near), 1e-6);
+    zt::ExpectNear3(fit.axis, cv::Vec3d(0, 0, c.axisZ), 0.0);
     EXPECT_NEAR(fit.height, std::fabs(c.far - c.near), 1e-6);
     EXPECT_NEAR(fit.baseRadius, 0.5f * std::fabs(c.far), 1e-6);
     EXPECT_NEAR(fit.topRadius, 0.5f * std::fabs(c.near), 1e-6);
@@ -122,12 +104,12 @@ TEST(XConeFitLM, EndsAndAxisTurnFollowTheExtentOfThePoints) {
 
 TEST(XConeFitLM, FivePointsOrNoModelFailWithoutTouchingTheFields) {
   std::mt19937 rng(9300);
-  const Frame f = zelmo::test::RandomFrame(rng, 10.0);
-  Samples s = zelmo::test::SampleCone(f, 10, 5, 10, 50, 0.0, rng);
+  const zt::Frame f = zt::RandomFrame(rng, 10.0);
+  zt::Samples s = zt::SampleCone(f, 10, 5, 10, 50, 0.0, rng);
   XConeFitLM fit;
   fit.halfAngle = 0.25f;
   const std::vector<float> before(fit.apex, &fit.topRadius + 1);
-  Samples five = s;
+  zt::Samples five = s;
   five.points.resize(5);
   EXPECT_EQ(FitQuietly(fit, five), -1);
   // Coincident points give the consensus no model.

@@ -1,5 +1,4 @@
-// The solver against levmar 2.6's own figures: problems with known runs,
-// their failure paths, and the call conventions (null x, info, covar, work).
+// The solver against levmar 2.6's own runs, failure paths and call forms.
 #include "zelmo/solver/levmar.h"
 
 #include <gtest/gtest.h>
@@ -15,8 +14,7 @@ namespace zelmo {
 namespace levmar {
 namespace {
 
-// A faithful port reproduces levmar's parameters bit for bit; this bound
-// only absorbs the last digit of the printed figures.
+// Absorbs only the last printed digit of the reference figures.
 constexpr double kReferenceRelTol = 1e-9;
 
 const double kOpts[5] = {1e-3, 1e-15, 1e-15, 1e-20, 1e-6};
@@ -153,8 +151,7 @@ int RunReference(const Reference& r,
                      info, nullptr, nullptr, r.adata);
 }
 
-// Every reference run: the return value and the counters exactly, the
-// parameters and error figures to the last printed digit.
+// Return value and counters exactly, parameters and errors to the digit.
 TEST(Levmar, ReproducesReferenceRuns) {
   for (const Reference& r : References()) {
     SCOPED_TRACE(r.name);
@@ -182,11 +179,10 @@ void TwinResiduals(double* p, double* hx, int, int, void*) {
   hx[0] = hx[1] = p[0] + p[1] + 1;
 }
 
-// Fewer residuals than parameters: a line on stdout, -1, nothing touched,
-// the model never called. A NaN at the start ends the run at once (with no
-// iterations allowed, the limit is reported instead). A singular system
-// prints LAPACK's complaint and counts as a rejected step, until the
-// damping counter overflows.
+// Fewer residuals than parameters: a line, -1, nothing touched or called.
+// A NaN at the start ends the run (with itmax 0 the limit is reported). A
+// singular system prints LAPACK's line per rejected step until damping
+// overflows.
 TEST(Levmar, FailurePathsAndTheirReports) {
   double p[3] = {1, 2, 3}, info[kInfoSize];
   std::fill(info, info + kInfoSize, -7.0);
@@ -235,9 +231,8 @@ void Constant(double* p, double* hx, int, int n, void*) {
   for (int i = 0; i < n; ++i) hx[i] = p[0];
 }
 
-// Null x is a zero vector; null info changes nothing; a caller's work
-// space gives the same run; measurements are fitted as x ~ hx(p), and the
-// covariance of a constant model is sumsq / (n (n - 1)).
+// Null x is zeros; null info and a caller's work space change nothing;
+// x ~ hx(p), and a constant model's covariance is sumsq / (n (n - 1)).
 TEST(Levmar, CallConventionsAgree) {
   const Reference ref = References()[1];  // B1
   std::vector<double> base = ref.start, p = ref.start, zeros(ref.n, 0.0);
