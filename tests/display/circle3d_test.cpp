@@ -9,11 +9,11 @@ namespace xgeometry {
 namespace {
 
 using zelmo::test::GuardedBuffer;
-using zelmo::test::Quietly;
+using zelmo::test::PrintingOneFrame;
 
 TEST(XCicle3D, MadeUpMajorDirTakesTheLargestNormalComponentLowestOnTies) {
-  // Normals led by x, y, z, and a tie of x and y which x wins; the first
-  // point lies along the made-up direction, whose zero entry shows the rule.
+  // Normals led by x, y, z and an x-y tie (x wins): the first point lies
+  // along the made-up direction, whose zero entry shows the rule.
   const cv::Vec3d normals[] = {
       {0.8, 0.36, -0.48}, {0.36, -0.8, 0.48}, {0.48, 0.36, 0.8}, {1, 1, 0.5}};
   const cv::Vec3d firstDirs[] = {
@@ -25,7 +25,7 @@ TEST(XCicle3D, MadeUpMajorDirTakesTheLargestNormalComponentLowestOnTies) {
     const float n[3] = {float(normals[k][0]), float(normals[k][1]),
                         float(normals[k][2])};
     GuardedBuffer buffer(8);
-    ASSERT_EQ(Quietly([&] {
+    ASSERT_EQ(PrintingOneFrame([&] {
                 return circle.getDisplayData2(c, n, r, 8, buffer.out());
               }),
               0);

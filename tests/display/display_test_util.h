@@ -1,5 +1,4 @@
-// Helpers of the display suites: output buffers guarded by sentinels, flat
-// poses, and expected lists in local coordinates.
+// Display suite helpers: sentinel-guarded buffers, flat poses, local lists.
 #ifndef ZELMO_TESTS_DISPLAY_DISPLAY_TEST_UTIL_H_
 #define ZELMO_TESTS_DISPLAY_DISPLAY_TEST_UTIL_H_
 
@@ -8,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <opencv2/core.hpp>
+#include <string>
 #include <vector>
 
 #include "tests/support/samplers.h"
@@ -19,8 +19,7 @@ namespace test {
 // Float outputs of double frames at offsets up to 500 and sizes up to 50.
 constexpr double kDisplayTol = 5e-4;
 
-// Room for `triples` x, y, z triples between two guard zones, all filled
-// with a value no display list writes.
+// Room for `triples` x, y, z triples between guard zones of sentinels.
 class GuardedBuffer {
  public:
   static constexpr float kSentinel = -9.5e30f;
@@ -28,8 +27,7 @@ class GuardedBuffer {
   explicit GuardedBuffer(int triples)
       : data_(3 * triples + 2 * kGuard, kSentinel) {}
   float* out() { return data_.data() + kGuard; }
-  // The number of triples written as a prefix of the room; -1 when the
-  // written floats are no whole prefix or touch a guard.
+  // Triples written as a prefix of the room; -1 if not a whole prefix.
   int Written() const {
     const auto room = data_.begin() + kGuard;
     const auto isSentinel = [](float v) { return v == kSentinel; };
@@ -48,8 +46,7 @@ class GuardedBuffer {
   std::vector<float> data_;
 };
 
-// A flat feature's pose as the display classes take it: normal = w,
-// majorDir = u, so local y runs along w x u = v.
+// A flat pose: normal = w, majorDir = u, so local y runs along v.
 struct FlatPose {
   explicit FlatPose(const Frame& frame) : f(frame) {
     for (int k = 0; k < 3; ++k) {
@@ -66,18 +63,19 @@ struct FlatPose {
   float center[3], normal[3], majorDir[3];
 };
 
-// Runs `call` with the frame lines it prints captured and dropped, so that
-// only the test's own reports show.
+// Runs `call`, expecting it to print exactly one frame block, and drops
+// the print.
 template <typename Call>
-int Quietly(const Call& call) {
+int PrintingOneFrame(const Call& call) {
   StdoutCapture capture;
   const int status = call();
-  capture.Take();
+  const std::string out = capture.Take();
+  EXPECT_EQ(out.find("vec_model:\n"), 0u);
+  EXPECT_EQ(out.find("vec_model:\n", 1), std::string::npos);
   return status;
 }
 
-// Appends the local points (cx + r cos(i s), cy + r sin(i s)) for
-// i = from .. to - 1.
+// Appends (cx + r cos(i s), cy + r sin(i s)) for i in [from, to).
 inline void AppendArc(std::vector<cv::Vec2d>& list,
                       double cx,
                       double cy,
@@ -102,8 +100,7 @@ inline void ExpectLocalList(const GuardedBuffer& buffer,
   }
 }
 
-// Signed distance of a local point from the outline at r around the
-// rectangle [-A, A] x [-B, B]: an oval groove for B = 0.
+// Signed distance from the outline at r around [-A, A] x [-B, B].
 inline double OutlineGap(const cv::Vec3d& local, double A, double B, double r) {
   return std::hypot(std::max(std::fabs(local[0]) - A, 0.0),
                     std::max(std::fabs(local[1]) - B, 0.0)) -
