@@ -12,6 +12,7 @@
 
 #include "zelmo/curvefit/fit_method.h"
 #include "zelmo/export.h"
+#include "zelmo/feature/frame_members.h"
 
 namespace zelmo {
 namespace curvefit {
@@ -21,44 +22,13 @@ struct OutlineShape;
 
 namespace xcurve3dfit {
 
-class ZELMO_API XCurve3DFit {
+class ZELMO_API XCurve3DFit
+    : public zelmo::FrameMembers<zelmo::AlignFlavour::kPlain> {
  public:
   XCurve3DFit();
   ~XCurve3DFit();
 
  protected:
-  // Intersection3Planes()
-  // The point shared by the planes (normals[k], points[k]), k = 0..2, as a
-  // 3 x 1 double matrix in `out`. Returns 1, or 0 with `out` untouched when
-  // the determinant of the normals is below 1e-6 in size.
-  int Intersection3Planes(const cv::Vec3d* normals,
-                          const cv::Point3d* points,
-                          cv::Mat& out);
-  // getMatRByVector()
-  // The rotation (new 3 x 3 double matrix) carrying direction `from` onto
-  // `to`, parallel and opposite directions included.
-  void getMatRByVector(const cv::Vec3d& from, const cv::Vec3d& to, cv::Mat& R);
-  // alignBy3Plane()
-  // The rigid transform `rt` (16 doubles, row-major) carrying the three
-  // source planes onto the three target planes; the second pair is turned
-  // into place without a guard for opposite normals. Each triple of normals
-  // must be independent.
-  void alignBy3Plane(const cv::Vec3d* targetNormals,
-                     const cv::Point3d* targetPoints,
-                     const cv::Vec3d* sourceNormals,
-                     const cv::Point3d* sourcePoints,
-                     double* const rt);
-  // convertMatrixRT()
-  // Inverts the rigid transform `in` into `out` (may alias) without testing
-  // that it is rigid. Returns 1.
-  int convertMatrixRT(const double* const in, double* const out);
-  // projection2Plane()
-  // Projects `points` onto `plane` (a, b, c, d, unit normal, not tested) in
-  // double and stores floats; `out` takes the size of `points`.
-  void projection2Plane(const std::vector<cv::Point3f>& points,
-                        double* const plane,
-                        std::vector<cv::Point3f>& out);
-
   // fitOutline()
   // The common fit of the outline `shape` to `points` by `method`. Writes
   // center, normal, majorDir and the shape's sizes (record order) into

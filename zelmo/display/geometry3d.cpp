@@ -5,39 +5,6 @@
 
 namespace xgeometry {
 
-int XGeometry3D::Intersection3Planes(const cv::Vec3d* normals,
-                                     const cv::Point3d* points,
-                                     cv::Mat& out) const {
-  return zelmo::frame::Intersection3Planes(normals, points, out);
-}
-
-void XGeometry3D::getMatRByVector(const cv::Vec3d& from,
-                                  const cv::Vec3d& to,
-                                  cv::Mat& R) const {
-  zelmo::frame::getMatRByVector(from, to, R);
-}
-
-void XGeometry3D::alignBy3Plane(const cv::Vec3d* targetNormals,
-                                const cv::Point3d* targetPoints,
-                                const cv::Vec3d* sourceNormals,
-                                const cv::Point3d* sourcePoints,
-                                double* const rt) const {
-  zelmo::frame::alignBy3Plane(targetNormals, targetPoints, sourceNormals,
-                              sourcePoints, rt,
-                              zelmo::frame::AlignMode::kPlain);
-}
-
-int XGeometry3D::convertMatrixRT(const double* const in,
-                                 double* const out) const {
-  return zelmo::frame::convertMatrixRT(in, out);
-}
-
-void XGeometry3D::projection2Plane(const std::vector<cv::Point3f>& points,
-                                   double* const plane,
-                                   std::vector<cv::Point3f>& out) const {
-  zelmo::frame::projection2Plane(points, plane, out);
-}
-
 int XGeometry3D::getRingData(const float* const point,
                              const float* const axis,
                              const float& height,

@@ -8,40 +8,14 @@
 #include <vector>
 
 #include "zelmo/export.h"
+#include "zelmo/feature/frame_members.h"
 
 namespace xgeometry {
 
 // No data; subclasses sample their rings through getRingData.
-class ZELMO_API XGeometry3D {
+class ZELMO_API XGeometry3D
+    : public zelmo::FrameMembers<zelmo::AlignFlavour::kPlain> {
  protected:
-  // The frame routines behave as XCurve3D's, except alignBy3Plane:
-  // Intersection3Planes returns 1, or 0 with `out` untouched for planes
-  // without a single point; getMatRByVector writes a new 3 x 3 rotation;
-  // convertMatrixRT inverts a rigid transform and returns 1;
-  // projection2Plane projects onto a unit-normal plane a, b, c, d.
-  int Intersection3Planes(const cv::Vec3d* normals,
-                          const cv::Point3d* points,
-                          cv::Mat& out) const;
-  void getMatRByVector(const cv::Vec3d& from,
-                       const cv::Vec3d& to,
-                       cv::Mat& R) const;
-  int convertMatrixRT(const double* const in, double* const out) const;
-  void projection2Plane(const std::vector<cv::Point3f>& points,
-                        double* const plane,
-                        std::vector<cv::Point3f>& out) const;
-
-  // alignBy3Plane()
-  // The rigid transform `rt` (16 doubles, row-major) that carries the three
-  // source planes onto the three target planes, without the guard of
-  // XCurve3D: opposite second pairs turn about whatever axis
-  // getMatRByVector picks. Prints nothing. The normals of each triple must
-  // be independent.
-  void alignBy3Plane(const cv::Vec3d* targetNormals,
-                     const cv::Point3d* targetPoints,
-                     const cv::Vec3d* sourceNormals,
-                     const cv::Point3d* sourcePoints,
-                     double* const rt) const;
-
   // getRingData()
   // The two rings of a solid of revolution about `axis` (expected unit; not
   // normalised) through `point`: `count` x, y, z float triples into each of

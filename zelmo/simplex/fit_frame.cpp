@@ -20,38 +20,6 @@ void X3DFit::projection2Plane_tranformed(const std::vector<cv::Point3f>& points,
                                             zelmo::frame::AlignMode::kPlain);
 }
 
-int X3DFit::Intersection3Planes(const cv::Vec3d* normals,
-                                const cv::Point3d* points,
-                                cv::Mat& out) {
-  return zelmo::frame::Intersection3Planes(normals, points, out);
-}
-
-void X3DFit::getMatRByVector(const cv::Vec3d& from,
-                             const cv::Vec3d& to,
-                             cv::Mat& R) {
-  zelmo::frame::getMatRByVector(from, to, R);
-}
-
-void X3DFit::alignBy3Plane(const cv::Vec3d* targetNormals,
-                           const cv::Point3d* targetPoints,
-                           const cv::Vec3d* sourceNormals,
-                           const cv::Point3d* sourcePoints,
-                           double* const rt) {
-  zelmo::frame::alignBy3Plane(targetNormals, targetPoints, sourceNormals,
-                              sourcePoints, rt,
-                              zelmo::frame::AlignMode::kPlain);
-}
-
-int X3DFit::convertMatrixRT(const double* const in, double* const out) {
-  return zelmo::frame::convertMatrixRT(in, out);
-}
-
-void X3DFit::projection2Plane(const std::vector<cv::Point3f>& points,
-                              double* const plane,
-                              std::vector<cv::Point3f>& out) {
-  zelmo::frame::projection2Plane(points, plane, out);
-}
-
 X3DSimplexFit::X3DSimplexFit(size_t dimension, int maxIter, Objective objective)
     : m_function{objective, dimension, nullptr},
       m_minimizer(zelmo::solver::NewMinimiser(dimension)),

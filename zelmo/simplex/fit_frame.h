@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "zelmo/export.h"
+#include "zelmo/feature/frame_members.h"
 
 namespace x3dfit {
 
@@ -26,7 +27,8 @@ enum FitMethod {
 // Base of the simplex fits. Holds no data; offers the plane and frame
 // routines of the library to the fits, and projection2Plane_tranformed to
 // the host.
-class ZELMO_API X3DFit {
+class ZELMO_API X3DFit
+    : public zelmo::FrameMembers<zelmo::AlignFlavour::kPlain> {
  public:
   X3DFit();
   ~X3DFit();
@@ -40,31 +42,6 @@ class ZELMO_API X3DFit {
   void projection2Plane_tranformed(const std::vector<cv::Point3f>& points,
                                    double* const plane,
                                    std::vector<cv::Point2f>& out);
-
- protected:
-  // The point shared by three planes (normal, point each) into `out` (3 x 1
-  // doubles). Returns 1, or 0 with `out` untouched when the normals are
-  // dependent (|det| below 1e-6).
-  int Intersection3Planes(const cv::Vec3d* normals,
-                          const cv::Point3d* points,
-                          cv::Mat& out);
-  // The rotation (new 3 x 3 matrix) carrying direction `from` onto `to`.
-  void getMatRByVector(const cv::Vec3d& from, const cv::Vec3d& to, cv::Mat& R);
-  // The rigid transform (16 doubles, row-major) carrying three source planes
-  // onto three target planes; the second pair is turned into place without
-  // a guard for opposite normals. The normals must be independent.
-  void alignBy3Plane(const cv::Vec3d* targetNormals,
-                     const cv::Point3d* targetPoints,
-                     const cv::Vec3d* sourceNormals,
-                     const cv::Point3d* sourcePoints,
-                     double* const rt);
-  // Inverts a rigid transform (`in` and `out` may alias). Returns 1.
-  int convertMatrixRT(const double* const in, double* const out);
-  // Projects each point onto `plane` (a, b, c, d, unit normal) in double and
-  // stores floats; `out` gets the size of `points`.
-  void projection2Plane(const std::vector<cv::Point3f>& points,
-                        double* const plane,
-                        std::vector<cv::Point3f>& out);
 };
 
 // The GSL members every simplex fit holds, in this order, and their
