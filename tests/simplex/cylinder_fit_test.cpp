@@ -6,6 +6,12 @@
 namespace x3dfit {
 namespace {
 
+// Exposes the iteration limit that Fit2 leaves behind.
+class CylinderFitProbe : public XCylinderFit {
+ public:
+  int maxIter() const { return m_maxIter; }
+};
+
 // p[0..2] is the middle of the points' extent on the axis, p[7] its length,
 // within 1e-4 k; the axis within 1e-5 k radians.
 void ExpectCylinder(
@@ -37,11 +43,13 @@ TEST(XCylinderFit, RecoversLongCylindersAndFit2AShortWideOne) {
   const Frame f = RandomFrame(rng, 500.0);
   const Samples s = SampleCylinder(f, 30.0, 6.0, 400, 0.0, rng);
   const std::vector<float> xyz = s.Xyz();
-  XCylinderFit fit;
+  CylinderFitProbe fit;
   double q[8], p[8];
   fit.Fit(s.points, q, LeastSquare);
+  EXPECT_EQ(fit.maxIter(), 10000);
   EXPECT_GT(AxisAngle(Vec3(q + 3), f.w), 0.5);
   ASSERT_TRUE(fit.Fit2(xyz.data(), s.Count(), p));
+  EXPECT_EQ(fit.maxIter(), 1000);  // the limit Fit2 set stays
   ExpectCylinder(p, f, 30.0, s, 10);
 }
 
