@@ -16,16 +16,13 @@ constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 TEST(DeviationStatistics, PopulationVarianceAndOneInclusiveBandPass) {
   // Heights 0, 0, 6: mean 2, population variance 8; band 2 -/+ 2.83.
-  const std::vector<cv::Point3f> points = {{1, 2, 0}, {-3, 4, 0}, {5, 5, 6}};
-  const double plane[6] = {7, -1, 0, 0, 0, 1};
+  const double plane[6] = {7, -1, 0, 0, 0, 1}, want[7] = {6, 0, 2, 8, 0, 0, 6};
   double stats[4];
   std::vector<double> dev;
-  planeStatistics(points, plane, plane, stats, dev);
-  const double wantStats[4] = {6, 0, 2, 8}, wantDev[3] = {0, 0, 6};
-  ExpectNearArray(stats, wantStats, 4, test::kDoubleTol);
+  planeStatistics({{1, 2, 0}, {-3, 4, 0}, {5, 5, 6}}, plane, plane, stats, dev);
+  ExpectNearArray(stats, want, 4, test::kDoubleTol);
   ASSERT_EQ(dev.size(), 3u);
-  ExpectNearArray(dev.data(), wantDev, 3, test::kDoubleTol);
-
+  ExpectNearArray(dev.data(), want + 4, 3, test::kDoubleTol);
   DeviationExtremes e;
   ASSERT_TRUE(reduceDeviations(dev, stats, true, 1.0, &e));
   EXPECT_EQ(e.largest, 0.0);
@@ -42,14 +39,12 @@ TEST(DeviationStatistics, PopulationVarianceAndOneInclusiveBandPass) {
   // Limits are inclusive: mean 0, variance 1, factor 1 keeps -1 and 1.
   const double unitStats[4] = {2, -1, 0, 1};
   ASSERT_TRUE(reduceDeviations({-1, 1, 2}, unitStats, true, 1.0, &e));
-  EXPECT_EQ(e.largest, 1.0);
-  EXPECT_EQ(e.smallest, -1.0);
+  EXPECT_EQ(e.largest - e.smallest, 2.0);
 }
 
 TEST(DeviationStatistics, FewerThanThreePointsWriteNothing) {
   const float xyz[6] = {1, 2, 3, 4, 5, 6.5f};
   EXPECT_EQ(copyPoints2(xyz, 3)[2], cv::Point2f(5, 6.5f));  // pairs
-
   const double sphere[4] = {0, 0, 0, 1}, untouched[4] = {7, 7, 7, 7};
   double stats[4] = {7, 7, 7, 7};
   std::vector<double> dev;
@@ -62,21 +57,17 @@ TEST(DeviationStatistics, FewerThanThreePointsWriteNothing) {
 
 TEST(DeviationStatistics, LineSignAndNearPointRules) {
   const double line[7] = {10, 0, 0, 1, 0, 0, 5};  // also a cylinder, r = 5
+  // Ahead of the line point: +4; behind: -3; level: dot 0 stays +2; within
+  // 0.01 of it: 0, no distance.
   const std::vector<cv::Point3f> points = {
-      {13, 4, 0},                 // ahead of the line point: +4
-      {7, 0, 3},                  // behind it: -3
-      {10, 2, 0},                 // level with it: dot exactly 0 stays +2
-      {10.009f, 0.009f, -0.009f}  // within 0.01 of it: 0, no distance
-  };
+      {13, 4, 0}, {7, 0, 3}, {10, 2, 0}, {10.009f, 0.009f, -0.009f}};
+  const double want[8] = {4, -3, 2, 0, -1, -2, -3, -5};
   double stats[4];
   std::vector<double> dev;
   axisStatistics(points, line, 0.0, true, stats, dev);
-  const double wantLine[4] = {4, -3, 2, 0};
-  ExpectNearArray(dev.data(), wantLine, 4, 1e-6);
+  ExpectNearArray(dev.data(), want, 4, 1e-6);
   axisStatistics(points, line, line[6], false, stats, dev);
-  const double wantCylinder[4] = {-1, -2, -3, -5};
-  ExpectNearArray(dev.data(), wantCylinder, 4, 1e-6);
-  EXPECT_EQ(dev[3], -5.0);
+  ExpectNearArray(dev.data(), want + 4, 4, 0.0);
 }
 
 }  // namespace
