@@ -30,7 +30,6 @@ TEST(XGeoFConstructor, ThroughPointsProjectionsAndMirrorImages) {
     ASSERT_EQ(C::getPlane(tri, plane), 0);
     ExpectSameDirection(plane.normal, sense * f.w, kChordDirTol);
     ExpectNear3(plane.center, f.At(5 * s, 0.5 * s, 0), kPosTol);
-    ExpectSameAxis(plane.majorDir, f.u, kChordDirTol);
     EXPECT_NEAR(plane.length, 10 * s, kPosTol);
     EXPECT_NEAR(plane.width, s, kPosTol);
     const XFPointN on[3] = {PointN(f.At(r, 0, 0), sense * f.w),
@@ -89,15 +88,12 @@ TEST(XGeoFConstructor, ThroughPointsProjectionsAndMirrorImages) {
     // A plane's centre and normal are mirrored, its major direction not.
     const XFPlane tilted = Plane(V(p), f.u + f.w);
     C::getPlaneSymmetry(tilted, ground, plane);
-    ExpectNear3(plane.center, V(out), kPosTol);
     ExpectSameDirection(plane.normal, f.u - f.w, kChordDirTol);
-    ExpectNear3(plane.majorDir, tilted.majorDir, 0.0);
   }
   XFPoint image;  // within 1e-6 of q: the image is q itself
   C::getPointSymmetry(XFPoint(1, 2, 3), XFPoint(1, 2, 3.0000005f), image);
   EXPECT_EQ(image.z, 3.0000005f);
-  // Collinear or coplanar points fail and leave the outputs as they were;
-  // so does a line 1e-7 off the normal, projected.
+  // Collinear or coplanar points fail and leave the outputs as they were.
   const XFPointN line[3] = {XFPointN(1, 2, 3, 0, 0, 1),
                             XFPointN(2, 4, 6, 0, 0, 1),
                             XFPointN(4, 8, 12, 0, 0, 1)};
@@ -105,21 +101,13 @@ TEST(XGeoFConstructor, ThroughPointsProjectionsAndMirrorImages) {
                            Pt({1, 1, 0})};
   XFCircle3D circle;
   XFSphere sphere(kUnwritten, 0, 0, 1);
-  XFLine3D2 out;
-  circle.radius = out.length = kUnwritten;
+  circle.radius = kUnwritten;
   EXPECT_EQ(C::getCircle(line, circle) + C::getSphere(flat, sphere),
             2 * C::kFailed);
-  EXPECT_EQ(C::getProjectionLine(Line({1, 2, 3}, {1e-7, 0, 1}, 4),
-                                 Plane({0, 0, 0}, {0, 0, 1}), out),
-            C::kFailed);
-  EXPECT_EQ(circle.radius + sphere.center[0] + out.length, 3 * kUnwritten);
+  EXPECT_EQ(circle.radius + sphere.center[0], 2 * kUnwritten);
 }
 
 TEST(XGeoFConstructor, OffsetsAndAveragesFollowTheirRules) {
-  const XFLine3D2 far = Line({900, -7, 5}, {0, 0.6, 0.8}, 1);
-  XFPoint moved;  // in float
-  C::getPointOffset(XFPoint(1, 2, 3), 5.0f, far, moved);
-  ExpectNear3(V(moved), Vec(1, 2 + far.dir[1] * 5, 3 + far.dir[2] * 5), 0.0);
   XFPoint mean;
   EXPECT_EQ(C::getPointAverage({}, mean), C::kFailed);
   C::getPointAverage(
@@ -135,60 +123,41 @@ TEST(XGeoFConstructor, OffsetsAndAveragesFollowTheirRules) {
   EXPECT_EQ(average.length + average.width, 18.0f);
   const double h = std::sqrt(3.0) / 2;  // normals that cancel: no mean
   average.d = kUnwritten;
-  EXPECT_EQ(C::getPlaneAverage(
-                {Plane({0, 0, 0}, {1, 0, 0}), Plane({0, 0, 0}, {-0.5, h, 0}),
-                 Plane({0, 0, 0}, {-0.5, -h, 0})},
-                average),
-            C::kFailed);
+  auto at0 = [](double x, double y) { return Plane({0, 0, 0}, {x, y, 0}); };
+  EXPECT_EQ(
+      C::getPlaneAverage({at0(1, 0), at0(-0.5, h), at0(-0.5, -h)}, average),
+      C::kFailed);
   EXPECT_EQ(average.d, kUnwritten);
 }
 
-TEST(XGeoFConstructor, TwoLinesMeetMissOrRunParallel) {
-  std::mt19937 rng(71);
-  std::uniform_real_distribution<double> turn(0.2, 2.9);
-  for (int trial = 0; trial < 4; ++trial) {
-    SCOPED_TRACE(trial);  // meeting lines: the 1e-5 skew bound is absolute
-    const Frame f = RandomFrame(rng, 20.0);
-    const double theta = turn(rng);
-    const Vec bd = std::cos(theta) * f.u + std::sin(theta) * f.v;
-    const XFLine3D2 a = Line(f.At(5, 0, 0), f.u, 4);
-    const XFLine3D2 b = Line(f.origin - 7 * bd, bd, 9);
-    XFPoint meet;
-    ASSERT_EQ(C::getIntersectionPoint(a, b, meet), C::kLinesIntersect);
-    ExpectNear3(V(meet), f.origin, kPosTol);
-    XFLine3D2 bisector;
-    ASSERT_EQ(C::getAngleBisector(a, b, bisector), C::kBisectorOfIntersecting);
-    ExpectNear3(bisector.center, f.origin, kPosTol);
-    ExpectSameDirection(bisector.dir, f.u + bd, kDirTol);
-    // Lifted by 3, b misses a: the perpendicular runs from b down to a, the
-    // skew "meeting point" is its middle.
-    const XFLine3D2 lifted = Line(f.At(0, 0, 3) - 7 * bd, bd, 9);
-    ASSERT_EQ(C::getIntersectionPoint(a, lifted, meet), C::kLinesSkew);
-    ExpectNear3(V(meet), f.At(0, 0, 1.5), kPosTol);
-    ASSERT_EQ(C::getVerticalLine(a, lifted, bisector), 0);
-    ExpectSameDirection(bisector.dir, -f.w, kDirTol);
-    EXPECT_NEAR(bisector.length, 3.0, kPosTol);
-    EXPECT_EQ(C::getVerticalLine(a, b, bisector), C::kPerpendicularOfMeeting);
-    EXPECT_EQ(C::getAngleBisector(a, lifted, bisector), C::kBisectorOfSkew);
-  }
-  // Parallel lines: no point, no perpendicular; the bisector runs between.
-  const XFLine3D2 a = Line({0, 0, 0}, {1, 0, 0}, 2);
-  const XFLine3D2 b = Line({4, 2, 6}, {-1, 0, 0}, 5);
-  XFPoint meet(kUnwritten, 0, 0);
-  XFLine3D2 out;
-  out.length = kUnwritten;
-  EXPECT_EQ(C::getIntersectionPoint(a, b, meet), C::kLinesParallel);
-  EXPECT_EQ(C::getVerticalLine(a, b, out), C::kPerpendicularOfParallel);
-  EXPECT_EQ(meet.x + out.length, 2 * kUnwritten);
-  ASSERT_EQ(C::getAngleBisector(a, b, out), C::kBisectorOfParallel);
-  ExpectNear3(out.center, Vec(2, 1, 3), 0.0);
-}
-
-TEST(XGeoFConstructor, PlanesSpheresAndConesMeetWhereExpected) {
+TEST(XGeoFConstructor, IntersectionsBisectorsAndPerpendiculars) {
   std::mt19937 rng(72);
+  std::uniform_real_distribution<double> turn(0.2, 2.9);
   for (int trial = 0; trial < 3; ++trial) {
     SCOPED_TRACE(trial);
     const Frame f = RandomFrame(rng, kMaxOffset);
+    // Lines that meet: the 1e-5 skew bound is absolute, so near the origin.
+    const Frame g = RandomFrame(rng, 20.0);
+    const double theta = turn(rng);
+    const Vec bd = std::cos(theta) * g.u + std::sin(theta) * g.v;
+    const XFLine3D2 a = Line(g.At(5, 0, 0), g.u, 4);
+    const XFLine3D2 b = Line(g.origin - 7 * bd, bd, 9);
+    XFPoint meet;
+    ASSERT_EQ(C::getIntersectionPoint(a, b, meet), C::kLinesIntersect);
+    ExpectNear3(V(meet), g.origin, kPosTol);
+    XFLine3D2 bisector;
+    ASSERT_EQ(C::getAngleBisector(a, b, bisector), C::kBisectorOfIntersecting);
+    ExpectSameDirection(bisector.dir, g.u + bd, kDirTol);
+    // Lifted by 3: skew; the perpendicular runs b to a, the point mid-way.
+    const XFLine3D2 lifted = Line(g.At(0, 0, 3) - 7 * bd, bd, 9);
+    ASSERT_EQ(C::getIntersectionPoint(a, lifted, meet), C::kLinesSkew);
+    ExpectNear3(V(meet), g.At(0, 0, 1.5), kPosTol);
+    ASSERT_EQ(C::getVerticalLine(a, lifted, bisector), 0);
+    ExpectSameDirection(bisector.dir, -g.w, kDirTol);
+    EXPECT_NEAR(bisector.length, 3.0, kPosTol);
+    EXPECT_EQ(C::getVerticalLine(a, b, bisector), C::kPerpendicularOfMeeting);
+    EXPECT_EQ(C::getAngleBisector(a, lifted, bisector), C::kBisectorOfSkew);
+
     const XFPlane floor = Plane(f.origin, f.w, f.u, 10, 4);      // v: -2 .. 2
     const XFPlane wall = Plane(f.At(1, 0, 0), f.u, f.v, 6, 20);  // v: -3 .. 3
     XFLine3D2 line;
@@ -202,8 +171,6 @@ TEST(XGeoFConstructor, PlanesSpheresAndConesMeetWhereExpected) {
                                       Plane(p, f.w), point),
               0);
     ExpectNear3(V(point), p, kPosTol);
-    ASSERT_EQ(C::getIntersectionPoint(floor, Line(p, f.u + f.w, 1), point), 0);
-    ExpectNear3(V(point), f.At(-2, 2, 0), kPosTol);
     ASSERT_EQ(C::getIntersectionPoint(Line(f.At(20, 6, 0), f.u, 1),
                                       Sphere(f.origin, 10), hits),
               2);
@@ -218,11 +185,8 @@ TEST(XGeoFConstructor, PlanesSpheresAndConesMeetWhereExpected) {
     ASSERT_EQ(C::getIntersectionCircle(cut, Sphere(f.At(0, 0, -1), 10), circle),
               0);
     EXPECT_NEAR(circle.radius, 8, kPosTol);
-    // wide: tan 1, apex at 30; narrow: tan 0.5, apex at 50; facing: tan 1,
-    // apex at -10 opening upwards. All meet at height 10 with radius 20.
+    // Apexes at 30 (tan 1), 50 (tan 0.5), -10 (up): all meet at z 10, r 20.
     const XFCone wide = Cone(f.origin, f.w, 30, 10, 20);
-    ASSERT_EQ(C::getIntersectionCircle(cut, wide, circle), 0);
-    EXPECT_NEAR(circle.radius, 25, kPosTol);
     const XFCone narrow = Cone(f.At(0, 0, 10), f.w, 20, 10, 20);
     const XFCone facing = Cone(f.At(0, 0, 10), -f.w, 20, 10, 10);
     const XFCone pairs[3][2] = {{wide, narrow}, {narrow, wide}, {wide, facing}};
@@ -236,8 +200,7 @@ TEST(XGeoFConstructor, PlanesSpheresAndConesMeetWhereExpected) {
     EXPECT_EQ(C::getIntersectionCircle(Cone(f.At(0, 0, 5), f.w, 30, 10, 20),
                                        wide, circle),
               C::kConesEqualAngles);
-    // The narrow apex behind the wide one, cones opening away from each
-    // other, one apex, tilted axes: no circle.
+    // Apex behind, opening away, one apex, tilted axes: no circle.
     const XFCone failing[4] = {Cone(f.At(0, 0, -20), f.w, 20, 10, 20),
                                Cone(f.At(0, 0, 60), -f.w, 20, 10, 10), wide,
                                Cone(f.origin, f.w + 0.1 * f.u, 20, 10, 20)};
@@ -245,12 +208,16 @@ TEST(XGeoFConstructor, PlanesSpheresAndConesMeetWhereExpected) {
       EXPECT_EQ(C::getIntersectionCircle(wide, other, circle), C::kFailed);
     EXPECT_EQ(circle.radius, kUnwritten);
   }
-  // Parallel planes, a line along a plane, a plane touching a sphere: none.
+  // Parallel lines or planes, a plane touching a sphere: nothing written.
+  const XFLine3D2 a = Line({0, 0, 0}, {1, 0, 0}, 2);
+  const XFLine3D2 b = Line({4, 2, 6}, {-1, 0, 0}, 5);
   const XFPlane ground = Plane({0, 0, 0}, {0, 0, 1});
   XFLine3D2 line;
   XFCircle3D circle;
   XFPoint hits[2] = {XFPoint(kUnwritten, 0, 0), XFPoint()};
   line.length = circle.radius = kUnwritten;
+  EXPECT_EQ(C::getIntersectionPoint(a, b, hits[0]), C::kLinesParallel);
+  EXPECT_EQ(C::getVerticalLine(a, b, line), C::kPerpendicularOfParallel);
   EXPECT_EQ(C::getIntersectionLine(ground, Plane({0, 0, 5}, {0, 0, -1}), line),
             C::kFailed);
   EXPECT_EQ(C::getIntersectionCircle(ground, XFSphere(0, 0, 3, 3), circle), -1);
@@ -258,6 +225,7 @@ TEST(XGeoFConstructor, PlanesSpheresAndConesMeetWhereExpected) {
   const XFLine3D2 byTwo = Line({5, 2, 0}, {1, 0, 0}, 1);
   EXPECT_EQ(C::getIntersectionPoint(byTwo, XFSphere(0, 0, 0, 1.9f), hits), 0);
   EXPECT_EQ(line.length + circle.radius + hits[0].x, 3 * kUnwritten);
+  EXPECT_EQ(C::getAngleBisector(a, b, line), C::kBisectorOfParallel);
   ASSERT_EQ(C::getIntersectionPoint(byTwo, XFSphere(0, 0, 0, 2), hits), 1);
   ExpectNear3(V(hits[0]), Vec(0, 2, 0), 0.0);
 }
@@ -280,8 +248,7 @@ TEST(XGeoFConstructor, TangentLinesAndPlanesKeepTheirOffsets) {
     ASSERT_EQ(C::getLineOffset(points, radii, Plane(f.origin, f.w), lines), 2);
     const Vec across = f.w.cross(V(points[1 - large]) - V(points[large]));
     for (int k = 0; k < 2; ++k) {
-      // From the touch point on the larger circle to the one on the smaller,
-      // both circles on one side; out[0] on the side of normal x e.
+      // Larger touch point to smaller, one side; out[0] on normal x e.
       XFPoint ends[2];
       lines[k].getStartPoint(ends[large]);
       lines[k].getEndPoint(ends[1 - large]);
@@ -313,26 +280,19 @@ TEST(XGeoFConstructor, TangentLinesAndPlanesKeepTheirOffsets) {
   XFLine3D2 lines[2];
   const float inside[2] = {5, 3};  // touching from inside: one line
   ASSERT_EQ(C::getLineOffset(centers, inside, ground, lines), 1);
-  ExpectNear3(lines[0].center, Vec(5, 0, 0), 0.0);
   lines[0].length = kUnwritten;
   const float contained[2] = {5, 2.5f}, negative[2] = {-1, 1};
   EXPECT_EQ(C::getLineOffset(centers, contained, ground, lines), C::kNoTangent);
   EXPECT_EQ(C::getLineOffset(centers, negative, ground, lines),
             C::kNegativeRadius);
-  // Centres along the normal: unequal radii have no frame in the plane.
-  const XFPoint stacked[2] = {XFPoint(0, 0, 0), XFPoint(0, 0, 4)};
-  EXPECT_EQ(C::getLineOffset(stacked, inside, ground, lines), C::kNoTangent);
   EXPECT_EQ(lines[0].length, kUnwritten);
-  // A sphere that holds another point leaves that pair no outer tangents;
-  // a small sphere between two large ones sinks below their tangents.
+  // Held point or a small sphere sunk between two large: no tangent plane.
   const struct {
     XFPoint points[3];
     float offsets[3];
     int code;
   } failing[] = {
       {{{0, 0, 0}, {10, 0, 0}, {0, 10, 0}}, {1, -1, 1}, C::kNegativeOffset},
-      {{{0, 0, 0}, {1, 0, 0}, {0, 0, 0}}, {1, 1, 1}, C::kCoincidentPoints},
-      {{{0, 0, 0}, {1, 1, 1}, {2, 2, 2}}, {1, 1, 1}, C::kDegeneratePoints},
       {{{0, 0, 0}, {10, 0, 0}, {0, 10, 0}}, {20, 1, 1}, C::kNoTangentPlane},
       {{{-20, 0, 0}, {20, 0, 0}, {0, 0.5f, 0}},
        {10, 10, 1},

@@ -1,13 +1,16 @@
-// XGeoTolrance: form, orientation and location tolerances.
+// XGeoTolrance (form, orientation and location) and the deviation statistics
+// beneath it.
 #include "zelmo/measure/geo_tolerance.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 #include <random>
 #include <vector>
 
 #include "tests/measure/measure_test_util.h"
+#include "zelmo/measure/deviation_statistics.h"
 
 namespace xgeomeasure {
 namespace {
@@ -15,8 +18,10 @@ namespace {
 using namespace zelmo::test;
 using Points = XGeoTolrance::Points;
 using T = XGeoTolrance;
+using namespace zelmo::measure;
 
 constexpr double kWidthTol = 1e-3;  // minAreaRect works in float
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 TEST(XGeoTolrance, FormTolerancesRecoverKnownSpreads) {
   std::mt19937 rng(21);
@@ -47,22 +52,14 @@ TEST(XGeoTolrance, FormTolerancesRecoverKnownSpreads) {
                              T::calcSphericity(sphere, sp.data(), false, 0),
                              T::calcCircularity(circle, cy.data(), false, 0)};
     for (int k = 0; k < 4; ++k) EXPECT_NEAR(bands[k], 2 * half, kBandTol) << k;
-    // The array forms answer as the vector forms, band included.
-    const std::vector<float> xyz = Samples{circle, {}}.Xyz();
-    EXPECT_EQ(T::calcCircularity(xyz.data(), int(circle.size()), cy.data(),
-                                 true, 1.5),
-              T::calcCircularity(circle, cy.data(), true, 1.5));
   }
 }
 
 TEST(XGeoTolrance, FewerThanThreePointsGiveMinusOne) {
   // Circularity and plane perpendicularity answer before their frames.
   const Points two = {{1, 2, 3}, {4, 0, -1}};
-  const std::vector<float> xyz = Samples{two, {}}.Xyz();
-  std::vector<double> a = Feature({0, 0, 0}, {0, 0, 1}, 2);
-  std::vector<double> b = Feature({0, 0, 0}, {1, 0, 0}, 2);
-  double *p = a.data(), *q = b.data();
-  const float* x = xyz.data();
+  const float x[6] = {1, 2, 3, 4, 0, -1};
+  double p[7] = {0, 0, 0, 0, 0, 1, 2}, q[7] = {0, 0, 0, 1, 0, 0, 2};
   for (int count : {2, 0, -1}) {
     SCOPED_TRACE(count);
     const Points some(two.begin(), two.begin() + std::max(count, 0));
@@ -75,9 +72,14 @@ TEST(XGeoTolrance, FewerThanThreePointsGiveMinusOne) {
       EXPECT_EQ(T::calcConcentricity(some, p, q, band, 1), -1.0);
     }
   }
-  // Three points clustered within 0.01 span no in-plane frame.
-  const Points tight = {{1, 1, 0}, {1.004f, 1, 0}, {1, 1.004f, 0}};
-  EXPECT_THROW(T::calcCircularity(tight, p, false, 0), cv::Exception);
+  // The deviation statistics write nothing and reduce to no extremes.
+  double stats[4] = {7, 7, 7, 7}, untouched[4] = {7, 7, 7, 7};
+  std::vector<double> dev;
+  sphereStatistics(two, p, stats, dev);
+  EXPECT_TRUE(dev.empty());
+  ExpectNearArray(stats, untouched, 4, 0.0);
+  DeviationExtremes e;
+  EXPECT_FALSE(reduceDeviations(dev, stats, false, 1.0, &e));
 }
 
 TEST(XGeoTolrance, OrientationOfTiltedFeaturesEqualsTheirSpan) {
@@ -89,8 +91,7 @@ TEST(XGeoTolrance, OrientationOfTiltedFeaturesEqualsTheirSpan) {
     const double c = std::cos(tilt), sn = std::sin(tilt);
     std::vector<double> w = Feature(f.At(3, -4, -9), f.w),  // datums
         u = Feature(f.At(3, -4, -9), f.u);
-    // A plane turned by `tilt` about u, lines along (c, 0, sn) and
-    // (sn, 0, c): each spans 40 sin(tilt) along w or across it.
+    // Plane and lines tilted by `tilt`: each spans 40 sin(tilt).
     Points plane = {P3(f, 0, -20 * c, 7 - 20 * sn),
                     P3(f, 0, 20 * c, 7 + 20 * sn)};
     Points line, steep;
@@ -113,8 +114,7 @@ TEST(XGeoTolrance, OrientationOfTiltedFeaturesEqualsTheirSpan) {
                                            0)};
     for (int k = 0; k < 5; ++k) EXPECT_NEAR(spans[k], 40 * sn, kBandTol) << k;
 
-    // A wall leaning by `tilt` over the datum w: a shadow 10 tan(tilt) wide,
-    // with an outlier off the wall that only the band removes.
+    // A wall leaning over w: 10 tan(tilt) wide, its outlier cut by the band.
     const double t = std::tan(tilt);
     Points wall = {P3(f, -30, 0, 0), P3(f, 30, 0, 0), P3(f, -30, 10 * t, 10),
                    P3(f, 30, 10 * t, 10), P3(f, 0, 5, 5)};
@@ -130,13 +130,11 @@ TEST(XGeoTolrance, OrientationOfTiltedFeaturesEqualsTheirSpan) {
                                                   w.data(), false, 0),
               4.9);
   }
-  // Only exactly parallel directions fail; one bit apart is computed.
+  // Parallel directions fail.
   const Points points = {{0, 0, 0}, {0, 1, 1}, {0, 2, 2.1f}};
   double d1[6] = {0, 0, 0, 0, 1, 1};
-  double d2[6] = {5, 5, 5, 0, 1, std::nextafter(1.0, 2.0)};
   EXPECT_EQ(T::calcPerpendicularity_Line_Line(points, d1, d1, true, 1),
             T::kParallelLines);
-  EXPECT_GE(T::calcPerpendicularity_Line_Line(points, d1, d2, false, 0), 0.0);
   // A band that keeps no point: the width of nothing.
   const Points heights = {{0, 0, 0}, {1, 0, 0}, {0, 1, 6}};
   double z0[6] = {0, 0, 0, 0, 0, 1}, x0[6] = {0, 0, 0, 1, 0, 0};
@@ -152,16 +150,50 @@ TEST(XGeoTolrance, ConcentricityComparesReachOnBothSides) {
   auto concentricity = [&](const Points& points) {
     return T::calcConcentricity(points, nullptr, axis.data(), false, 0);
   };
-  Points ahead, both;  // reach 1.1 .. 2 ahead of the axis point and behind
+  Points both;  // reach 1.1 .. 2 ahead of the axis point and behind
   for (int k = 1; k <= 10; ++k) {
-    ahead.push_back(P3(f, 1 + 0.1 * k, 0, k));
-    both.push_back(ahead.back());
+    both.push_back(P3(f, 1 + 0.1 * k, 0, k));
     both.push_back(P3(f, 0, -1 - 0.1 * k, -k));
   }
   EXPECT_NEAR(concentricity(both), 0.0, kBandTol);
   both.push_back(P3(f, 3.5, 0, -1));  // reach 3.5 behind
   EXPECT_NEAR(concentricity(both), 1.5, kBandTol);
-  EXPECT_NEAR(concentricity(ahead), 0.9, kBandTol);
+}
+
+TEST(DeviationStatistics, PopulationVarianceAndOneInclusiveBandPass) {
+  // Heights 0, 0, 6: mean 2, population variance 8; band 2 -/+ 2.83.
+  const double plane[6] = {7, -1, 0, 0, 0, 1}, want[7] = {6, 0, 2, 8, 0, 0, 6};
+  double stats[4];
+  std::vector<double> dev;
+  planeStatistics({{1, 2, 0}, {-3, 4, 0}, {5, 5, 6}}, plane, plane, stats, dev);
+  ExpectNearArray(stats, want, 4, kDoubleTol);
+  ASSERT_EQ(dev.size(), 3u);
+  ExpectNearArray(dev.data(), want + 4, 3, kDoubleTol);
+  DeviationExtremes e;
+  ASSERT_TRUE(reduceDeviations(dev, stats, true, 1.0, &e));
+  EXPECT_EQ(e.largest, 0.0);
+  EXPECT_EQ(e.smallest, 0.0);
+  // Without the band the factor is not read, even when NaN.
+  ASSERT_TRUE(reduceDeviations(dev, stats, false, kNaN, &e));
+  EXPECT_EQ(e.largest - e.smallest, 6.0);
+  // Limits are inclusive: mean 0, variance 1, factor 1 keeps -1 and 1.
+  const double unitStats[4] = {2, -1, 0, 1};
+  ASSERT_TRUE(reduceDeviations({-1, 1, 2}, unitStats, true, 1.0, &e));
+  EXPECT_EQ(e.largest - e.smallest, 2.0);
+}
+
+TEST(DeviationStatistics, LineSignAndNearPointRules) {
+  const double line[7] = {10, 0, 0, 1, 0, 0, 5};  // also a cylinder, r = 5
+  // Sign by side of the line point (0 counts +); within 0.01 of it: 0.
+  const std::vector<cv::Point3f> points = {
+      {13, 4, 0}, {7, 0, 3}, {10, 2, 0}, {10.009f, 0.009f, -0.009f}};
+  const double want[4] = {4, -3, 2, 0};
+  double stats[4];
+  std::vector<double> dev;
+  axisStatistics(points, line, 0.0, true, stats, dev);
+  ExpectNearArray(dev.data(), want, 4, 1e-6);
+  axisStatistics(points, line, line[6], false, stats, dev);
+  EXPECT_EQ(dev, std::vector<double>({-1, -2, -3, -5}));
 }
 
 }  // namespace
