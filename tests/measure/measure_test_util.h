@@ -3,6 +3,7 @@
 #ifndef ZELMO_TESTS_MEASURE_MEASURE_TEST_UTIL_H_
 #define ZELMO_TESTS_MEASURE_MEASURE_TEST_UTIL_H_
 
+#include <array>
 #include <opencv2/core.hpp>
 #include <vector>
 
@@ -14,8 +15,9 @@
 namespace zelmo {
 namespace test {
 
-// Float inputs at up to kMaxOffset carry about 3e-5 of rounding; the
-// constructions amplify it a little, a band width sums two of them.
+using namespace xgeofeature;  // test helpers only
+using Vec = cv::Vec3d;
+// Float inputs at up to kMaxOffset carry about 3e-5 of rounding.
 constexpr double kMaxOffset = 500.0;
 constexpr double kPosTol = 2e-3;
 constexpr double kDirTol = 1e-5;
@@ -25,102 +27,60 @@ constexpr double kChordDirTol = 2e-4;
 // A coordinate no construction produces: marks outputs left unwritten.
 constexpr float kUnwritten = 12345.0f;
 
-inline cv::Vec3d V(const float* v) { return Vec3(v); }
-inline cv::Vec3d V(const xgeofeature::XFPoint& p) {
-  return cv::Vec3d(p.x, p.y, p.z);
-}
-inline void Put(const cv::Vec3d& v, float* out) {
+inline Vec V(const float* v) { return Vec3(v); }
+inline Vec V(const XFPoint& p) { return Vec(p.x, p.y, p.z); }
+inline void Put(const Vec& v, float* out) {
   for (int k = 0; k < 3; ++k) out[k] = static_cast<float>(v[k]);
 }
-// Six floats: a point and a direction.
-inline void PutLine(const cv::Vec3d& p, const cv::Vec3d& d, float* out) {
+inline void PutLine(const Vec& p, const Vec& d, float* out) {
   Put(p, out);
   Put(d, out + 3);
 }
+// A point and a unit direction as six floats.
+inline std::array<float, 6> Unit(const Vec& p, const Vec& d) {
+  std::array<float, 6> a;
+  PutLine(p, d / cv::norm(d), a.data());
+  return a;
+}
 // A point and a direction as doubles, then any trailing entries (radius).
-inline std::vector<double> Feature(const cv::Vec3d& p,
-                                   const cv::Vec3d& d,
-                                   std::vector<double> tail = {}) {
-  std::vector<double> f = {p[0], p[1], p[2], d[0], d[1], d[2]};
-  f.insert(f.end(), tail.begin(), tail.end());
-  return f;
+inline std::vector<double> Feature(const Vec& p, const Vec& d, double r = 0) {
+  return {p[0], p[1], p[2], d[0], d[1], d[2], r};
 }
-inline std::vector<float> Xyz(const std::vector<cv::Point3f>& points) {
-  std::vector<float> xyz;
-  for (const cv::Point3f& p : points) xyz.insert(xyz.end(), {p.x, p.y, p.z});
-  return xyz;
+// The float point at (x, y, z) in the frame.
+inline cv::Point3f P3(const Frame& f, double x, double y, double z) {
+  return ToPoint3f(f.At(x, y, z));
 }
-
-inline xgeofeature::XFPoint Pt(const cv::Vec3d& v) {
-  float p[3];
-  Put(v, p);
-  return xgeofeature::XFPoint(p);
+inline XFPoint Pt(const Vec& v) {
+  return XFPoint(float(v[0]), float(v[1]), float(v[2]));
 }
-inline xgeofeature::XFPointN PointN(const cv::Vec3d& p, const cv::Vec3d& n) {
-  float xyz[6];
-  PutLine(p, n, xyz);
-  return xgeofeature::XFPointN(xyz, xyz + 3);
+inline XFPointN PointN(const Vec& p, const Vec& n) {
+  const std::array<float, 6> a = Unit(p, n);
+  return XFPointN(a.data(), a.data() + 3);
 }
-// Line, plane and solid records with the direction made unit.
-inline xgeofeature::XFLine3D2 Line(const cv::Vec3d& center,
-                                   const cv::Vec3d& dir,
-                                   float length) {
-  float cd[6];
-  PutLine(center, dir / cv::norm(dir), cd);
-  return xgeofeature::XFLine3D2(cd, cd + 3, length);
+inline XFLine3D2 Line(const Vec& c, const Vec& d, float len) {
+  const std::array<float, 6> a = Unit(c, d);
+  return XFLine3D2(a.data(), a.data() + 3, len);
 }
-inline xgeofeature::XFPlane Plane(const cv::Vec3d& center,
-                                  const cv::Vec3d& normal) {
-  float cn[6];
-  PutLine(center, normal / cv::norm(normal), cn);
-  return xgeofeature::XFPlane(cn, cn + 3);
+inline XFPlane Plane(const Vec& c, const Vec& n) {
+  const std::array<float, 6> a = Unit(c, n);
+  return XFPlane(a.data(), a.data() + 3);
 }
-inline xgeofeature::XFPlane Plane(const cv::Vec3d& center,
-                                  const cv::Vec3d& normal,
-                                  const cv::Vec3d& majorDir,
-                                  float length,
-                                  float width) {
-  float c[3], n[3], m[3];
-  Put(center, c);
-  Put(normal / cv::norm(normal), n);
-  Put(majorDir / cv::norm(majorDir), m);
-  return xgeofeature::XFPlane(c, n, m, length, width);
+// A plane with this major direction and extent.
+inline XFPlane Plane(
+    const Vec& c, const Vec& n, const Vec& major, float length, float width) {
+  const std::array<float, 6> a = Unit(c, n), m = Unit(c, major);
+  return XFPlane(a.data(), a.data() + 3, m.data() + 3, length, width);
 }
-inline xgeofeature::XFSphere Sphere(const cv::Vec3d& center, float radius) {
-  float c[3];
-  Put(center, c);
-  return xgeofeature::XFSphere(c, radius);
+inline XFSphere Sphere(const Vec& c, float radius) {
+  return XFSphere(float(c[0]), float(c[1]), float(c[2]), radius);
 }
-inline xgeofeature::XFCylinder Cylinder(const cv::Vec3d& base,
-                                        const cv::Vec3d& axis,
-                                        float radius,
-                                        float height) {
-  float ba[6];
-  PutLine(base, axis / cv::norm(axis), ba);
-  return xgeofeature::XFCylinder(ba, ba + 3, radius, height);
+inline XFCylinder Cylinder(const Vec& b, const Vec& d, float r) {
+  const std::array<float, 6> a = Unit(b, d);
+  return XFCylinder(a.data(), a.data() + 3, r, 60);
 }
-inline xgeofeature::XFCone Cone(const cv::Vec3d& base,
-                                const cv::Vec3d& axis,
-                                float baseRadius,
-                                float topRadius,
-                                float height) {
-  float ba[6];
-  PutLine(base, axis / cv::norm(axis), ba);
-  return xgeofeature::XFCone(ba, ba + 3, baseRadius, topRadius, height);
-}
-// The line record has exactly this centre, direction and length.
-inline void ExpectLine(const xgeofeature::XFLine3D2& line,
-                       const cv::Vec3d& center,
-                       const cv::Vec3d& dir,
-                       float length) {
-  ExpectNear3(line.center, center, 0.0);
-  ExpectNear3(line.dir, dir, 0.0);
-  EXPECT_EQ(line.length, length);
-}
-// Signed distance of `p` from the plane record, along its normal.
-inline double SignedDistance(const cv::Vec3d& p,
-                             const xgeofeature::XFPlane& plane) {
-  return (p - V(plane.center)).dot(V(plane.normal));
+inline XFCone Cone(const Vec& b, const Vec& d, float r0, float r1, float h) {
+  const std::array<float, 6> a = Unit(b, d);
+  return XFCone(a.data(), a.data() + 3, r0, r1, h);
 }
 
 }  // namespace test
