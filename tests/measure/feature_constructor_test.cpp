@@ -305,5 +305,40 @@ TEST(XGeoFConstructor, TangentLinesAndPlanesKeepTheirOffsets) {
   }
 }
 
+// Constructions whose rule no other test reaches, each with a known answer.
+TEST(XGeoFConstructor, LineImagesOffsetsAndCylinderFeet) {
+  std::mt19937 rng(67);
+  const Frame f = RandomFrame(rng, kMaxOffset);
+  const XFPlane floor = Plane(f.origin, f.w);
+  XFPoint point;
+  ASSERT_EQ(
+      C::getIntersectionPoint(floor, Line(f.At(1, 2, 3), f.u + f.w, 1), point),
+      0);
+  ExpectNear3(V(point), f.At(-2, 2, 0), kPosTol);
+  XFLine3D2 image;
+  C::getLineSymmetry(Line(f.At(4, 5, 6), f.u + f.w, 20), floor, image);
+  ExpectNear3(image.center, f.At(4, 5, -6), kPosTol);
+  ExpectSameDirection(V(image.dir), f.u - f.w, kChordDirTol);
+  const XFLine3D2 far = Line({900, -7, 5}, {0, 0.6, 0.8}, 1);
+  C::getPointOffset(XFPoint(1, 2, 3), 5.0f, far, point);
+  ExpectNear3(V(point), Vec(1, 2 + far.dir[1] * 5, 3 + far.dir[2] * 5), 0.0);
+  const XFCylinder cylinder = Cylinder(f.origin, f.w, 10);
+  ASSERT_EQ(C::getProjectionPoint(Pt(f.At(3, 4, 7)), cylinder, point), 0);
+  ExpectNear3(V(point), f.At(6, 8, 7), kPosTol);
+  XFPoint onAxis, untouched(kUnwritten, 0, 0);
+  cylinder.getCenterPoint(onAxis);
+  EXPECT_EQ(C::getProjectionPoint(onAxis, cylinder, untouched), -1);
+  EXPECT_EQ(untouched.x, kUnwritten);
+  // Centres stacked along the normal: unequal radii fail, equal radii give
+  // two lines with a zero direction.
+  const XFPlane ground = Plane({0, 0, 0}, {0, 0, 1});
+  const XFPoint stacked[2] = {XFPoint(0, 0, 0), XFPoint(0, 0, 4)};
+  const float unequal[2] = {2, 1}, same[2] = {1, 1};
+  XFLine3D2 lines[2];
+  EXPECT_EQ(C::getLineOffset(stacked, unequal, ground, lines), C::kNoTangent);
+  ASSERT_EQ(C::getLineOffset(stacked, same, ground, lines), 2);
+  EXPECT_EQ(lines[0].length, 0.0f);
+}
+
 }  // namespace
 }  // namespace xgeofeature
