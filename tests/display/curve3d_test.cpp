@@ -1,8 +1,8 @@
 // The flat display outlines: frame prints, list lengths, points on outlines.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <random>
-#include <string>
 #include <vector>
 
 #include "tests/display/display_test_util.h"
@@ -15,8 +15,6 @@
 namespace xgeometry {
 namespace {
 
-using zelmo::test::AppendArc;
-using zelmo::test::FlatPose;
 using zelmo::test::GuardedBuffer;
 using zelmo::test::kDisplayTol;
 using zelmo::test::PrintingOneFrame;
@@ -37,63 +35,82 @@ TEST(XCurve3DDisplay, PrintsTheFrameNormalsAndRotations) {
 TEST(XCurve3DDisplay, ListsRunCounterClockwiseWithLengthsByCount) {
   std::mt19937 rng(31);
   std::uniform_real_distribution<double> size(2, 40), share(0.05, 0.95);
-  // Every count with every shape; q = count / 4 steps per groove arc.
+  // q = count / 4 steps per groove arc; corner arc j, then the side to j + 1.
   const int counts[] = {0, 1, 2, 3, 4, 7, 10, 13, 36};
   for (int trial = 0; trial < 36; ++trial) {
     SCOPED_TRACE(trial);
-    const FlatPose pose(zelmo::test::RandomFrame(rng, 500));
+    const zelmo::test::Frame f = zelmo::test::RandomFrame(rng, 500);
+    const cv::Vec3f fc = f.origin, fn = f.w, fm = f.u;
+    const float *c = fc.val, *n = fn.val, *m = fm.val;
     const float a = float(size(rng)), b = float(size(rng));
     const float r = float(std::min(a, b) * share(rng));
     const int count = counts[trial % 9], q = count / 4, shape = trial % 4;
     const double s = 2 * zelmo::test::kPi / count;
-    // Arcs of q steps about the centre, (+-a, 0) or the corners (+-A, +-B).
-    const double A = shape == 0 ? 0 : shape == 3 ? a - r : a;
-    const double B = shape < 2 ? 0 : shape == 3 ? b - r : b;
-    const double arc = shape == 2 ? 0 : r;
     std::vector<cv::Vec2d> want;
+    const auto arc = [&](double x, double y, int from, int to) {
+      for (int i = from; i < to; ++i)
+        want.emplace_back(x + r * std::cos(i * s), y + r * std::sin(i * s));
+    };
     GuardedBuffer buffer(4 * q + 8);
-    int status = -1;
+    const auto run = [&](const auto& outline, auto... size) {
+      EXPECT_EQ(PrintingOneFrame([&] {
+                  return outline.getDisplayData(size..., buffer.out());
+                }),
+                0);
+    };
     if (shape == 0) {
-      const XCicle3D circle(pose.center, pose.normal, pose.majorDir, r);
-      status = PrintingOneFrame(
-          [&] { return circle.getDisplayData(count, buffer.out()); });
-      AppendArc(want, 0, 0, r, s, 0, count);
+      run(XCicle3D(c, n, m, r), count);
+      arc(0, 0, 0, count);
     } else if (shape == 1) {
-      const XOvalGroove3D oval(pose.center, pose.normal, pose.majorDir, a, r);
-      status = PrintingOneFrame(
-          [&] { return oval.getDisplayData(count, buffer.out()); });
-      AppendArc(want, a, 0, r, s, -q, q);
+      run(XOvalGroove3D(c, n, m, a, r), count);
+      arc(a, 0, -q, q);
       want.insert(want.end(), {{a, r}, {-a, r}});
-      AppendArc(want, -a, 0, r, s, q, 3 * q);
+      arc(-a, 0, q, 3 * q);
       want.insert(want.end(), {{-a, -r}, {a, -r}});
     } else if (shape == 2) {
-      const XRectangle3D rectangle(pose.center, pose.normal, pose.majorDir, a,
-                                   b);
-      status = PrintingOneFrame(
-          [&] { return rectangle.getDisplayData(buffer.out()); });
+      run(XRectangle3D(c, n, m, a, b));
       want = {{a, b}, {-a, b}, {-a, -b}, {a, -b}};
     } else {
-      const XRoundGroove3D round(pose.center, pose.normal, pose.majorDir, a, b,
-                                 r);
-      status = PrintingOneFrame(
-          [&] { return round.getDisplayData(count, buffer.out()); });
-      AppendArc(want, A, B, r, s, 0, q);
-      want.insert(want.end(), {{A, b}, {-A, b}});
-      AppendArc(want, -A, B, r, s, q, 2 * q);
-      want.insert(want.end(), {{-a, B}, {-a, -B}});
-      AppendArc(want, -A, -B, r, s, 2 * q, 3 * q);
-      want.insert(want.end(), {{-A, -b}, {A, -b}});
-      AppendArc(want, A, -B, r, s, 3 * q, 4 * q);
-      want.insert(want.end(), {{a, -B}, {a, B}});
+      run(XRoundGroove3D(c, n, m, a, b, r), count);
+      const double A = a - r, B = b - r, sx[5] = {1, -1, -1, 1, 1},
+                   sy[5] = {1, 1, -1, -1, 1};
+      for (int j = 0; j < 4; ++j) {
+        arc(sx[j] * A, sy[j] * B, j * q, (j + 1) * q);
+        const double x = j % 2 ? a : A, y = j % 2 ? B : b;
+        want.insert(want.end(),
+                    {{sx[j] * x, sy[j] * y}, {sx[j + 1] * x, sy[j + 1] * y}});
+      }
     }
-    EXPECT_EQ(status, 0);
-    zelmo::test::ExpectLocalList(buffer, pose, want);
-    // Groove arcs meet their sides only in whole quarters.
-    const bool onOutline = shape == 0 || shape == 2 || count % 4 == 0;
-    for (int i = 0; onOutline && i < buffer.Written(); ++i) {
-      const cv::Vec3d local = pose.Local(buffer.Point(i));
-      EXPECT_NEAR(zelmo::test::OutlineGap(local, A, B, arc), 0, kDisplayTol);
-    }
+    ASSERT_EQ(buffer.Written(), static_cast<int>(want.size()));
+    for (int i = 0; i < buffer.Written(); ++i)
+      EXPECT_LE(cv::norm(buffer.Point(i) - f.At(want[i][0], want[i][1], 0)),
+                kDisplayTol)
+          << i;
+  }
+}
+
+TEST(XCicle3D, MadeUpMajorDirTakesTheLargestNormalComponentLowestOnTies) {
+  // The first point lies along the made-up direction (x wins an x-y tie).
+  const cv::Vec3d normals[] = {
+      {0.8, 0.36, -0.48}, {0.36, -0.8, 0.48}, {0.48, 0.36, 0.8}, {1, 1, 0.5}};
+  const cv::Vec3d firstDirs[] = {
+      {-0.45, 1, 0}, {1, 0.45, 0}, {1, 0, -0.6}, {-1, 1, 0}};
+  const float c[3] = {-300, 120, 45}, r = 7;
+  for (int k = 0; k < 4; ++k) {
+    SCOPED_TRACE(k);
+    const cv::Vec3f n = normals[k];
+    GuardedBuffer buffer(8);
+    ASSERT_EQ(PrintingOneFrame([&] {
+                return XCicle3D().getDisplayData2(c, n.val, r, 8, buffer.out());
+              }),
+              0);
+    ASSERT_EQ(buffer.Written(), 8);
+    const cv::Vec3d centre(c[0], c[1], c[2]);
+    zelmo::test::ExpectNear3(
+        buffer.Point(0), centre + r * cv::normalize(firstDirs[k]), kDisplayTol);
+    const cv::Vec3d a = buffer.Point(0) - centre, b = buffer.Point(2) - centre;
+    EXPECT_NEAR(a.cross(b).dot(cv::normalize(normals[k])) / (r * r), 1.0,
+                kDisplayTol);
   }
 }
 

@@ -1,18 +1,13 @@
 // Shared steps of the recovery tests of the robust fits.
-#ifndef ZELMO_TESTS_SUPPORT_FIT_CHECKS_H_
-#define ZELMO_TESTS_SUPPORT_FIT_CHECKS_H_
+#pragma once
 
-#include <algorithm>
-#include <opencv2/core.hpp>
 #include <string>
-#include <vector>
 
 #include "tests/support/samplers.h"
 #include "tests/support/stdout_capture.h"
 #include "zelmo/lmfit/filter_param.h"
 
-namespace zelmo {
-namespace test {
+namespace zelmo::test {
 
 // fit.Fit(points, normals, count, param, method) on the samples with the
 // standard output captured into `console` (when not null).
@@ -46,7 +41,4 @@ inline void AxialExtent(const Frame& f,
   }
 }
 
-}  // namespace test
-}  // namespace zelmo
-
-#endif  // ZELMO_TESTS_SUPPORT_FIT_CHECKS_H_
+}  // namespace zelmo::test

@@ -1,15 +1,12 @@
 // Outliers that normal-based filters can tell apart: points moved off the
 // surface whose measured normal is turned as well.
-#ifndef ZELMO_TESTS_SUPPORT_OUTLIERS_H_
-#define ZELMO_TESTS_SUPPORT_OUTLIERS_H_
+#pragma once
 
 #include <functional>
-#include <opencv2/core.hpp>
 
 #include "tests/support/samplers.h"
 
-namespace zelmo {
-namespace test {
+namespace zelmo::test {
 
 // Moves every k-th point (k = 1 / fraction) `distance` along its normal
 // and replaces the normal by turn(normal).
@@ -34,7 +31,4 @@ inline cv::Vec3d SquareTo(const cv::Vec3d& n) {
   return t * (1.0 / cv::norm(t));
 }
 
-}  // namespace test
-}  // namespace zelmo
-
-#endif  // ZELMO_TESTS_SUPPORT_OUTLIERS_H_
+}  // namespace zelmo::test

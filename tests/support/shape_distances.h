@@ -1,15 +1,10 @@
 // Distances from a point to fitted shapes, for recovery tests that compare a
 // fit with the shape its points were sampled on.
-#ifndef ZELMO_TESTS_SUPPORT_SHAPE_DISTANCES_H_
-#define ZELMO_TESTS_SUPPORT_SHAPE_DISTANCES_H_
+#pragma once
 
-#include <algorithm>
-#include <cmath>
-#include <opencv2/core.hpp>
-#include <vector>
+#include "tests/support/samplers.h"
 
-namespace zelmo {
-namespace test {
+namespace zelmo::test {
 
 // Distance of `q` from the plane a x + b y + c z + d = 0 (any scale).
 inline double DistanceToPlane(const double* abcd, const cv::Vec3d& q) {
@@ -26,10 +21,6 @@ inline double DistanceToLine(const cv::Vec3d& p,
 
 inline cv::Vec3d Vec3(const double* v) { return cv::Vec3d(v[0], v[1], v[2]); }
 inline cv::Vec3d Vec3(const float* v) { return cv::Vec3d(v[0], v[1], v[2]); }
-inline cv::Point3f ToPoint3f(const cv::Vec3d& v) {
-  return cv::Point3f(static_cast<float>(v[0]), static_cast<float>(v[1]),
-                     static_cast<float>(v[2]));
-}
 
 // The sum and the largest of distance(point) over `points`.
 struct Spread {
@@ -47,7 +38,4 @@ Spread SpreadOf(const std::vector<cv::Point3f>& points, Distance distance) {
   return s;
 }
 
-}  // namespace test
-}  // namespace zelmo
-
-#endif  // ZELMO_TESTS_SUPPORT_SHAPE_DISTANCES_H_
+}  // namespace zelmo::test

@@ -1,6 +1,5 @@
 // Captures what the library prints on the standard output while in scope.
-#ifndef ZELMO_TESTS_SUPPORT_STDOUT_CAPTURE_H_
-#define ZELMO_TESTS_SUPPORT_STDOUT_CAPTURE_H_
+#pragma once
 
 #include <gtest/gtest.h>
 
@@ -8,8 +7,7 @@
 #include <iostream>
 #include <string>
 
-namespace zelmo {
-namespace test {
+namespace zelmo::test {
 
 // Starts capturing at construction; Take() ends the capture and returns the
 // text. Only one capture may be active at a time.
@@ -33,7 +31,4 @@ class StdoutCapture {
   bool active_ = true;
 };
 
-}  // namespace test
-}  // namespace zelmo
-
-#endif  // ZELMO_TESTS_SUPPORT_STDOUT_CAPTURE_H_
+}  // namespace zelmo::test

@@ -1,15 +1,13 @@
 // Tolerance checks shared by the tests: triples of any of the forms the
 // library passes around (float*, double*, cv::Vec3d, cv::Point3f, ...).
-#ifndef ZELMO_TESTS_SUPPORT_TOLERANCE_H_
-#define ZELMO_TESTS_SUPPORT_TOLERANCE_H_
+#pragma once
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <opencv2/core.hpp>
 
-namespace zelmo {
-namespace test {
+namespace zelmo::test {
 
 // Named bounds used across the suites.
 constexpr double kFloatOutTol = 1e-4;   // float result of a double computation
@@ -60,8 +58,8 @@ void ExpectSameAxis(const A& got, const B& want, double tolRad) {
 template <typename A, typename B>
 void ExpectSameDirection(const A& got, const B& want, double tolRad) {
   const cv::Vec3d u = ToVec3d(got), v = ToVec3d(want);
-  const double c = u.dot(v) / (cv::norm(u) * cv::norm(v));
-  EXPECT_LE(std::acos(std::max(-1.0, std::min(1.0, c))), tolRad)
+  const double a = AxisAngle(u, v);  // the angle between the lines
+  EXPECT_LE(u.dot(v) >= 0 ? a : CV_PI - a, tolRad)
       << "got " << u << " want " << v;
 }
 
@@ -74,7 +72,4 @@ inline void ExpectNearArray(const double* got,
     EXPECT_NEAR(got[i], want[i], tol) << "entry " << i;
 }
 
-}  // namespace test
-}  // namespace zelmo
-
-#endif  // ZELMO_TESTS_SUPPORT_TOLERANCE_H_
+}  // namespace zelmo::test
