@@ -18,15 +18,12 @@ namespace zelmolm {
 
 using Floats = std::vector<float>;
 
-// White-box access to the minimum-zone fit.
+// White-box access to the minimum-zone fit, seeded with the plane z = 0.
 class XPlaneFitLMPeer {
  public:
-  static int FitChebyshev(XPlaneFitLM& f,
-                          const Floats& p,
-                          const Floats& n,
-                          const float* seed) {
-    return f.Fit_Chebyshev(p.data(), n.data(), static_cast<int>(p.size() / 3),
-                           seed);
+  static void Orient(XPlaneFitLM& f, const Floats& p, const Floats& n) {
+    const float seed[6] = {0, 0, 0, 0, 0, 1};
+    f.Fit_Chebyshev(p.data(), n.data(), static_cast<int>(p.size() / 3), seed);
   }
 };
 
@@ -102,17 +99,15 @@ TEST(XPlaneFitLM, FewPointsSkipTheSolverAndBadInputFails) {
 // the side in both votes; a flat normal counts against in the first vote
 // (double) and for neither side in the second (float).
 TEST(XPlaneFitLM, OrientationVotesKeepTiesAndCountFlatNormalsAgainst) {
-  const float seed[6] = {0, 0, 0, 0, 0, 1};
   const Floats p = {0, 0, 0, 1, 0, 0, 0, 1, 0};
   XPlaneFitLM f;
-  XPlaneFitLMPeer::FitChebyshev(f, {0, 0, 0, 1, 0, 0}, {0, 0, 1, 0, 0, -1},
-                                seed);
+  XPlaneFitLMPeer::Orient(f, {0, 0, 0, 1, 0, 0}, {0, 0, 1, 0, 0, -1});
   ExpectNear3(f.normal, cv::Vec3d(0, 0, 1), kFloatTol);
   // Up, down, flat: turned down by the first vote, back up by the second.
-  XPlaneFitLMPeer::FitChebyshev(f, p, {0, 0, 1, 0, 0, -1, 0, 0, 0}, seed);
+  XPlaneFitLMPeer::Orient(f, p, {0, 0, 1, 0, 0, -1, 0, 0, 0});
   ExpectNear3(f.normal, cv::Vec3d(0, 0, 1), kFloatTol);
   // Down, down, flat: down by the first vote, kept by the second.
-  XPlaneFitLMPeer::FitChebyshev(f, p, {0, 0, -1, 0, 0, -1, 0, 0, 0}, seed);
+  XPlaneFitLMPeer::Orient(f, p, {0, 0, -1, 0, 0, -1, 0, 0, 0});
   ExpectNear3(f.normal, cv::Vec3d(0, 0, -1), kFloatTol);
 }
 
