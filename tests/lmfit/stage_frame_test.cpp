@@ -1,5 +1,4 @@
-// The stages on a stand-in shape: residual = x, index = y, angle passes when
-// |normal z| reaches the cosine; so each filter's kept points and order show.
+// Stages on a stand-in shape: residual x, index y, angle from |normal z|.
 #include "zelmo/lmfit/stage_frame.h"
 
 #include <gtest/gtest.h>
@@ -57,8 +56,7 @@ class FakeShape : public StageShape {
   Ints keptIndices;
 };
 
-// Points with residuals r[i], index i in y; normals (0, 0, 1) except the
-// `bad` ones, which lie flat (0, 1, 0).
+// Residuals r[i], index i in y; the `bad` normals lie flat.
 struct Cloud {
   Cloud(const std::vector<float>& r, const Ints& bad = {}) {
     for (size_t i = 0; i < r.size(); ++i) {
@@ -68,15 +66,16 @@ struct Cloud {
     for (int i : bad) normals[3 * i + 1] = 1.0f, normals[3 * i + 2] = 0.0f;
   }
   // stage(shape, points, normals, count, args...).
-  template <typename F, typename... A>
-  int Run(F stage, FakeShape& shape, A... args) const {
+  template <typename S, typename... A>
+  int Run(S stage, FakeShape& shape, A... args) const {
     return stage(shape, points.data(), normals.data(),
                  static_cast<int>(points.size() / 3), args...);
   }
   std::vector<float> points, normals;
 };
 
-TEST(StageFrame, BandKeepsResidualsWithinMeanPlusMinusSigmasBoundsIncluded) {
+// The band is inclusive; the proportion keeps the earliest ties.
+TEST(StageFrame, BandBoundsAndProportionTies) {
   FakeShape shape;
   // Mean 1, variance 1: with factor 1 the band is [0, 2], met exactly.
   EXPECT_EQ(Cloud({0, 2, 0, 2}).Run(bandStage, shape, 1.0f), 0);
@@ -84,12 +83,7 @@ TEST(StageFrame, BandKeepsResidualsWithinMeanPlusMinusSigmasBoundsIncluded) {
   // Factor 0 keeps only the mean.
   Cloud({0, 2, 1, 0, 2}).Run(bandStage, shape, 0.0f);
   EXPECT_EQ(shape.keptIndices, (Ints{2}));
-}
-
-TEST(StageFrame, ProportionDropsLargestAndKeepsEarliestTies) {
-  FakeShape shape;
-  // k = 2, T = 3: 5 goes, and the latest of the three tied 3s; held-back
-  // ties come after the untied kept points.
+  // k = 2, T = 3: 5 and the latest tied 3 go; held-back ties come last.
   EXPECT_EQ(Cloud({5, 3, 3, 3, 1}).Run(proportionStage, shape, 0.4f), 0);
   EXPECT_EQ(shape.keptIndices, (Ints{4, 1, 2}));
   // All equal: the earliest count - k stay.
@@ -98,8 +92,7 @@ TEST(StageFrame, ProportionDropsLargestAndKeepsEarliestTies) {
   // Within 1e-5 of T counts as a tie, but above T drops first.
   Cloud({3.000001f, 3.000002f, 3, 1}).Run(proportionStage, shape, 0.5f);
   EXPECT_EQ(shape.keptIndices, (Ints{3, 0}));
-  // Exact ties tested first, drop limit T - 1e-5: once k are dropped the
-  // held-back ties are lost too.
+  // Exact ties first, limit T - 1e-5: held-back ties lost once k drop.
   shape.rule = TieRule{true, true, 1e-5};
   Cloud({4, 3, 2.999995f, 3, 1}).Run(proportionStage, shape, 0.4f);
   EXPECT_EQ(shape.keptIndices, (Ints{4}));
@@ -137,8 +130,7 @@ TEST(StageFrame, FailuresAndDispatch) {
         .Run(runFilter, shape, FilterParam(45, 2, 0.25f),
              static_cast<xfeaturefitfilter::FilterMethod>(method));
   };
-  // Success counts become 0; a failed refit gives the shape's code after
-  // storing; a failed first fit gives -1 before anything is stored.
+  // Counts become 0; failed refit: shape's code; failed first fit: -1.
   for (int method = 0; method <= 5; ++method) EXPECT_EQ(run(method), 0);
   shape.solveResult = -1;
   shape.stores = 0;
@@ -154,18 +146,17 @@ TEST(StageFrame, FailuresAndDispatch) {
   EXPECT_EQ(shape.fits, 0);
 }
 
-// Every k of random arrays, with many ties or none, gives the value
-// std::nth_element puts at the k-th largest place; k outside 1..n none.
+// k-th largest of random arrays, ties or none; k outside 1..n: none.
 TEST(KthLargest, MatchesNthElementIncludingTies) {
   std::mt19937 rng(20240607);
   for (int trial = 0; trial < 40; ++trial) {
-    const int n = 1 + static_cast<int>(rng() % 40);
-    std::vector<float> values(n);
+    std::vector<float> values(1 + rng() % 40), want;
+    const int n = static_cast<int>(values.size());
     for (float& v : values) v = trial % 2 ? rng() % 5 : rng() % 10000 / 100.0f;
+    want = values;
+    std::sort(want.begin(), want.end(), std::greater<float>());
     for (int k = 1; k <= n; ++k) {
-      std::vector<float> want = values, work = values;
-      std::nth_element(want.begin(), want.begin() + (k - 1), want.end(),
-                       std::greater<float>());
+      std::vector<float> work = values;
       EXPECT_EQ(kthLargest(work.data(), n, k), want[k - 1])
           << trial << " " << k;
     }
@@ -194,8 +185,7 @@ void ShiftByMean(double* p, double* hx, int, int n, void* adata) {
   for (int i = 0; i < n; ++i) hx[i] = pts[3 * i] - p[0];
 }
 
-// The solver works on the points as adata; every exception inside is
-// caught, printed and returned as -1.
+// Solves on the points as adata; exceptions print and give -1.
 TEST(ZelmoLM, SolvesOnThePointsAndCatchesEverything) {
   const float pts[9] = {1, 0, 0, 2, 0, 0, 6, 0, 0};
   OpenLM lm;

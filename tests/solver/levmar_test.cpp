@@ -76,8 +76,7 @@ std::vector<Reference> References() {
   // clang-format on
 }
 
-// Return value and counters exactly, parameters and errors to the digit. A
-// caller's work space, zero x and no info change nothing.
+// Exact counters, digits of p and errors; work space, zero x, no info.
 TEST(Levmar, ReproducesReferenceRuns) {
   for (const Reference& r : References()) {
     SCOPED_TRACE(r.name);
