@@ -1,12 +1,19 @@
-// The stages on a stand-in shape: residual = x, index = y, angle passes when
-// |normal z| reaches the cosine; so each filter's kept points and order show.
+// Stages on a stand-in shape: residual x, index y, angle from |normal z|.
 #include "zelmo/lmfit/stage_frame.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <functional>
+#include <random>
+#include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "tests/support/stdout_capture.h"
+#include "zelmo/lmfit/kth_largest.h"
+#include "zelmo/lmfit/zelmo_lm.h"
 
 namespace zelmo {
 namespace lmfit {
@@ -14,35 +21,27 @@ namespace {
 
 using xfeaturefitfilter::FilterParam;
 using Ints = std::vector<int>;
+using F = const float*;
 
 class FakeShape : public StageShape {
  public:
-  int fitAll(const float*, const float*, int) override {
+  int fitAll(F, F, int) override {
     ++fits;
     return fitResult;
   }
   double residual(const float* point) const override { return point[0]; }
-  void statistics(const float* points,
-                  int count,
-                  float* stats,
-                  std::vector<float>& residuals) override {
-    fillStatistics(*this, points, count, VarianceDivisor::kCount, stats,
-                   residuals);
+  void statistics(F p, int n, float* stats, std::vector<float>& r) override {
+    fillStatistics(*this, p, n, VarianceDivisor::kCount, stats, r);
   }
-  bool angleHolds(const float*, const float* n, double c) const override {
+  bool angleHolds(F, F n, double c) const override {
     return std::fabs(n[2]) >= c;
   }
   TieRule tieRule(Stage) const override { return rule; }
   int paramCount() const override { return 1; }
   void seed(double* params) const override { params[0] = 0.0; }
   bool refitAllowed(int) const override { return true; }
-  int solve(const float*, int, double*) override { return solveResult; }
-  void store(const double*,
-             const float* kept,
-             int keptCount,
-             const float*,
-             const float*,
-             int) override {
+  int solve(F, int, double*) override { return solveResult; }
+  void store(const double*, F kept, int keptCount, F, F, int) override {
     ++stores;
     keptIndices.clear();
     for (int j = 0; j < keptCount; ++j)
@@ -57,8 +56,7 @@ class FakeShape : public StageShape {
   Ints keptIndices;
 };
 
-// Points with residuals r[i], index i in y; normals (0, 0, 1) except the
-// `bad` ones, which lie flat (0, 1, 0).
+// Residuals r[i], index i in y; the `bad` normals lie flat.
 struct Cloud {
   Cloud(const std::vector<float>& r, const Ints& bad = {}) {
     for (size_t i = 0; i < r.size(); ++i) {
@@ -68,31 +66,24 @@ struct Cloud {
     for (int i : bad) normals[3 * i + 1] = 1.0f, normals[3 * i + 2] = 0.0f;
   }
   // stage(shape, points, normals, count, args...).
-  template <typename F, typename... A>
-  int Run(F stage, FakeShape& shape, A... args) const {
+  template <typename S, typename... A>
+  int Run(S stage, FakeShape& shape, A... args) const {
     return stage(shape, points.data(), normals.data(),
                  static_cast<int>(points.size() / 3), args...);
   }
   std::vector<float> points, normals;
 };
 
-TEST(StageFrame, BandKeepsResidualsWithinMeanPlusMinusSigmasBoundsIncluded) {
+// The band is inclusive; the proportion keeps the earliest ties.
+TEST(StageFrame, BandBoundsAndProportionTies) {
   FakeShape shape;
   // Mean 1, variance 1: with factor 1 the band is [0, 2], met exactly.
   EXPECT_EQ(Cloud({0, 2, 0, 2}).Run(bandStage, shape, 1.0f), 0);
   EXPECT_EQ(shape.keptIndices, (Ints{0, 1, 2, 3}));
-  // Planted outliers beyond 2 sigma go; factor 0 keeps only the mean.
-  Cloud({0.1f, -0.2f, 0.1f, 9, -0.1f, 0.2f, 0, -9, 0.1f, -0.1f})
-      .Run(bandStage, shape, 1.0f);
-  EXPECT_EQ(shape.keptIndices, (Ints{0, 1, 2, 4, 5, 6, 8, 9}));
+  // Factor 0 keeps only the mean.
   Cloud({0, 2, 1, 0, 2}).Run(bandStage, shape, 0.0f);
   EXPECT_EQ(shape.keptIndices, (Ints{2}));
-}
-
-TEST(StageFrame, ProportionDropsLargestAndKeepsEarliestTies) {
-  FakeShape shape;
-  // k = 2, T = 3: 5 goes, and the latest of the three tied 3s; held-back
-  // ties come after the untied kept points.
+  // k = 2, T = 3: 5 and the latest tied 3 go; held-back ties come last.
   EXPECT_EQ(Cloud({5, 3, 3, 3, 1}).Run(proportionStage, shape, 0.4f), 0);
   EXPECT_EQ(shape.keptIndices, (Ints{4, 1, 2}));
   // All equal: the earliest count - k stay.
@@ -101,8 +92,7 @@ TEST(StageFrame, ProportionDropsLargestAndKeepsEarliestTies) {
   // Within 1e-5 of T counts as a tie, but above T drops first.
   Cloud({3.000001f, 3.000002f, 3, 1}).Run(proportionStage, shape, 0.5f);
   EXPECT_EQ(shape.keptIndices, (Ints{3, 0}));
-  // Exact ties tested first, drop limit T - 1e-5: once k are dropped the
-  // held-back ties are lost too.
+  // Exact ties first, limit T - 1e-5: held-back ties lost once k drop.
   shape.rule = TieRule{true, true, 1e-5};
   Cloud({4, 3, 2.999995f, 3, 1}).Run(proportionStage, shape, 0.4f);
   EXPECT_EQ(shape.keptIndices, (Ints{4}));
@@ -140,8 +130,7 @@ TEST(StageFrame, FailuresAndDispatch) {
         .Run(runFilter, shape, FilterParam(45, 2, 0.25f),
              static_cast<xfeaturefitfilter::FilterMethod>(method));
   };
-  // Success counts become 0; a failed refit gives the shape's code after
-  // storing; a failed first fit gives -1 before anything is stored.
+  // Counts become 0; failed refit: shape's code; failed first fit: -1.
   for (int method = 0; method <= 5; ++method) EXPECT_EQ(run(method), 0);
   shape.solveResult = -1;
   shape.stores = 0;
@@ -153,11 +142,61 @@ TEST(StageFrame, FailuresAndDispatch) {
   EXPECT_EQ(shape.stores, 1);
   // Methods outside 0 to 5 fail without fitting.
   shape.fits = 0;
-  EXPECT_EQ(run(6), -1);
-  EXPECT_EQ(run(-1), -1);
+  EXPECT_TRUE(run(6) == -1 && run(-1) == -1);
   EXPECT_EQ(shape.fits, 0);
+}
+
+// k-th largest of random arrays, ties or none; k outside 1..n: none.
+TEST(KthLargest, MatchesNthElementIncludingTies) {
+  std::mt19937 rng(20240607);
+  for (int trial = 0; trial < 40; ++trial) {
+    std::vector<float> values(1 + rng() % 40), want;
+    const int n = static_cast<int>(values.size());
+    for (float& v : values) v = trial % 2 ? rng() % 5 : rng() % 10000 / 100.0f;
+    want = values;
+    std::sort(want.begin(), want.end(), std::greater<float>());
+    for (int k = 1; k <= n; ++k) {
+      std::vector<float> work = values;
+      EXPECT_EQ(kthLargest(work.data(), n, k), want[k - 1])
+          << trial << " " << k;
+    }
+    for (int k : {-1, 0, n + 1})
+      EXPECT_EQ(kthLargest(values.data(), n, k), kNoSelection);
+  }
 }
 
 }  // namespace
 }  // namespace lmfit
 }  // namespace zelmo
+
+namespace zelmolm {
+namespace {
+
+class OpenLM : public ZelmoLM {
+ public:
+  int Run(ResidualFunction f, const float* pts, int count, double* p) {
+    residualFunction_ = f;
+    return Fit_LM(pts, count, p, nullptr, 1);
+  }
+};
+void Throws(double*, double*, int, int, void*) { throw std::runtime_error(""); }
+void ShiftByMean(double* p, double* hx, int, int n, void* adata) {
+  const float* pts = static_cast<const float*>(adata);
+  for (int i = 0; i < n; ++i) hx[i] = pts[3 * i] - p[0];
+}
+
+// Solves on the points as adata; exceptions print and give -1.
+TEST(ZelmoLM, SolvesOnThePointsAndCatchesEverything) {
+  const float pts[9] = {1, 0, 0, 2, 0, 0, 6, 0, 0};
+  OpenLM lm;
+  double p[1] = {0};
+  EXPECT_GE(lm.Run(ShiftByMean, pts, 3, p), 0);
+  EXPECT_NEAR(p[0], 3.0, 1e-6);
+  zelmo::test::StdoutCapture capture;
+  EXPECT_EQ(lm.Run(Throws, pts, 3, p), -1);
+  EXPECT_EQ(lm.Run(ShiftByMean, pts, -1, p), -1);  // no vector of -1 zeros
+  EXPECT_EQ(capture.Take(), "catch error\ncatch error\n");
+}
+
+}  // namespace
+}  // namespace zelmolm
