@@ -23,10 +23,13 @@ using Floats = std::vector<float>;
 // White-box access to the minimum-zone fit, seeded with the plane z = 0.
 class XPlaneFitLMPeer {
  public:
-  static void Orient(XPlaneFitLM& f, const Floats& p, const Floats& n) {
-    const float seed[6] = {0, 0, 0, 0, 0, 1};
+  static void Orient(XPlaneFitLM& f,
+                     const Floats& p,
+                     const Floats& n,
+                     const float* seed = kUp) {
     f.Fit_Chebyshev(p.data(), n.data(), static_cast<int>(p.size() / 3), seed);
   }
+  static constexpr float kUp[6] = {0, 0, 0, 0, 0, 1};
 };
 
 namespace {
@@ -101,6 +104,22 @@ TEST(XPlaneFitLM, OrientationVotesKeepTiesAndCountFlatNormalsAgainst) {
   // Down, down, flat: down by the first vote, kept by the second.
   XPlaneFitLMPeer::Orient(f, p, {0, 0, -1, 0, 0, -1, 0, 0, 0});
   EXPECT_NEAR(f.normal[2], -1, kFloatTol);
+  // From the seed z = 0, the minimum zone of a tilted grid closes to ~0.
+  Floats grid, up;
+  for (int i = 0; i < 25; ++i) {
+    const float x = i % 5, y = i / 5.0f;
+    grid.insert(grid.end(), {x, y, 0.3f * x - 0.2f * y + 1});
+    up.insert(up.end(), {0, 0, 1});
+  }
+  XPlaneFitLMPeer::Orient(f, grid, up);
+  double lo = 1e9, hi = -1e9;
+  for (size_t i = 0; i < grid.size(); i += 3) {
+    const double e =
+        f.a * grid[i] + f.b * grid[i + 1] + f.c * grid[i + 2] + f.d;
+    lo = std::min(lo, e);
+    hi = std::max(hi, e);
+  }
+  EXPECT_LT(hi - lo, 0.05);  // the seed's zone is 2.0
 }
 
 // Corners are minAreaRect's box; majorDir its angle, +90 for a square.
