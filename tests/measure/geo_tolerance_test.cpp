@@ -180,6 +180,10 @@ TEST(DeviationStatistics, PopulationVarianceAndOneInclusiveBandPass) {
   const double unitStats[4] = {2, -1, 0, 1};
   ASSERT_TRUE(reduceDeviations({-1, 1, 2}, unitStats, true, 1.0, &e));
   EXPECT_EQ(e.largest - e.smallest, 2.0);
+  // A band that keeps no point leaves the start values: -1e10 - 1e10.
+  const double offStats[4] = {2, -1, 100, 1};
+  ASSERT_TRUE(reduceDeviations({-1, 1, 2}, offStats, true, 1.0, &e));
+  EXPECT_EQ(e.largest - e.smallest, -2e10);
 }
 
 TEST(DeviationStatistics, LineSignAndNearPointRules) {
